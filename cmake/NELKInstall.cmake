@@ -1,0 +1,24 @@
+# The installed package: the shared library, its public headers, and what find_package(NELK) reads.
+
+include(CMakePackageConfigHelpers)
+
+set(NELK_PACKAGE_DIR "${CMAKE_INSTALL_LIBDIR}/cmake/NELK")
+
+install(TARGETS NELK EXPORT NELKTargets
+    LIBRARY DESTINATION ${CMAKE_INSTALL_LIBDIR}
+    ARCHIVE DESTINATION ${CMAKE_INSTALL_LIBDIR}
+    RUNTIME DESTINATION ${CMAKE_INSTALL_BINDIR}
+    INCLUDES DESTINATION ${CMAKE_INSTALL_INCLUDEDIR})
+install(DIRECTORY include/NELK DESTINATION ${CMAKE_INSTALL_INCLUDEDIR})
+install(EXPORT NELKTargets NAMESPACE NELK:: DESTINATION ${NELK_PACKAGE_DIR})
+
+configure_package_config_file(
+    cmake/NELKConfig.cmake.in "${CMAKE_CURRENT_BINARY_DIR}/NELKConfig.cmake"
+    INSTALL_DESTINATION ${NELK_PACKAGE_DIR}
+    PATH_VARS CMAKE_INSTALL_INCLUDEDIR)
+write_basic_package_version_file(
+    "${CMAKE_CURRENT_BINARY_DIR}/NELKConfigVersion.cmake" COMPATIBILITY SameMinorVersion)
+install(FILES
+    "${CMAKE_CURRENT_BINARY_DIR}/NELKConfig.cmake"
+    "${CMAKE_CURRENT_BINARY_DIR}/NELKConfigVersion.cmake"
+    DESTINATION ${NELK_PACKAGE_DIR})

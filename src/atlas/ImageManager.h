@@ -1,0 +1,69 @@
+#pragma once
+
+#include "atlas/ImageKind.h"
+#include "atlas/SImageConfig.h"
+
+#include <QImage>
+#include <QObject>
+#include <QString>
+
+class ImageManagerThread;
+class QTimer;
+
+/// Hands out the cells of one atlas and holds the atlas as last painted.
+///
+/// There are two, one for entity icons and one for characters, both made on first use and living as long as the
+/// process. All of it belongs to the user interface thread, and no request waits for pixels: a cell that was never
+/// asked for gets its place at once, and a run of the thread that starts with a later tick of a timer paints it.
+class ImageManager : public QObject
+{
+    Q_OBJECT
+
+public:
+    /// The manager of entity icons for index 0, that of characters for any other.
+    static ImageManager* instance(qint32 index);
+
+    /// Builds the atlas for the first time; returns when that is done. The result arrives with the next events. Does
+    /// nothing while a run is under way or when the atlas has been built before.
+    void startInitial();
+    /// Reads the atlas's sources again; returns when that is done. False, and nothing done, while a request waits for
+    /// its repaint or a run is under way.
+    bool startReload();
+
+    /// The cell of an image. A name that is not known gets the cell of the first icon; a path that is not known gets a
+    /// new cell. All zero if the atlas has not arrived.
+    SImageCell requestCell(E_IMAGE_KIND kind, const QString& name);
+    /// The cell of a UTF-16 code unit, a new one if it has none.
+    SImageCell requestWord(qint32 code);
+
+    /// The atlas as last painted, bottom row first; null until the first one has arrived.
+    const QImage& image() const { return finishedImage; }
+    qint32 texRowNum() const { return config.texRowNum; }
+    qint32 texColNum() const { return config.texColNum; }
+
+    /// Makes a manager with a thread of its own, which becomes its child. For tests; all others call instance().
+    explicit ImageManager(ImageManagerThread* ownThread);
+    ~ImageManager() override;
+
+    /// Returns when no run is under way.
+    void waitForRun();
+
+Q_SIGNALS:
+    /// A run has ended; image() is new.
+    void signalImageChanged();
+
+protected Q_SLOTS:
+    void slotUpdateTimerEvent();
+    void slotThreadFinished(QImage img, SImageConfig config);
+
+private:
+    SImageCell takeNewCell(const SImageCell& cell);
+
+    /// Cells asked for or marked for repaint since the last repaint started.
+    qint32 requestCount = 0;
+    QTimer* timer;
+    QImage finishedImage;
+    /// The grid as of the last run that ended, and the cells handed out since.
+    SImageConfig config;
+    ImageManagerThread* thread;
+};

@@ -1,0 +1,92 @@
+#pragma once
+
+#include "atlas/ImageKind.h"
+#include "atlas/SImageConfig.h"
+
+#include <QImage>
+#include <QMutex>
+#include <QString>
+#include <QThread>
+
+#include <functional>
+
+class QPainter;
+
+/// What the next run of an atlas thread does.
+enum E_BUILD_MODE
+{
+    /// Fills the atlas for the first time.
+    BUILD_INITIAL = 0,
+    /// Paints the cells that were asked for since.
+    BUILD_REPAINT = 1,
+    /// Reads the atlas's sources again.
+    BUILD_RELOAD = 2
+};
+
+/// Paints one atlas beside the user interface thread: an image cut into a grid of equal square cells.
+///
+/// Each run is a fresh start of the thread, without an event loop; at most one is under way. A cell is handed out on
+/// the user interface thread at once, and gets its picture in a later run. `mutex` guards what both threads touch:
+/// `pending`, the cells of `current`, and nothing that takes long.
+class ImageManagerThread : public QThread
+{
+    Q_OBJECT
+
+public:
+    explicit ImageManagerThread(QObject* parent = nullptr);
+    /// Waits for a run that is under way.
+    ~ImageManagerThread() override;
+
+    /// The id under which the image is known; 0 if it is not.
+    virtual qint32 imageId(E_IMAGE_KIND kind, const QString& name);
+    /// Hands out a cell for an image that has none. Its picture follows with the next repaint.
+    virtual SImageCell addCell(qint32 key, const QString& name) = 0;
+
+    /// Says what the next run does. Not while a run is under way.
+    void setMode(E_BUILD_MODE nextMode) { mode = nextMode; }
+    /// Whether the first build has been done. Not while a run is under way.
+    bool isInitialized() const { return initialized; }
+    /// Has the picture of a cell painted again by the next repaint.
+    void markForRepaint(qint32 id);
+
+Q_SIGNALS:
+    /// A run has ended: the atlas, bottom row first, and its grid.
+    void signalFinished(QImage img, SImageConfig config);
+
+protected:
+    using PaintCell = std::function<void(QPainter& painter, const SImageCell& cell, QPoint topLeft)>;
+
+    void run() override;
+    virtual void buildInitial() = 0;
+    virtual void buildReload() = 0;
+    /// Paints all cells whose picture is not yet on the canvas.
+    virtual void repaint() = 0;
+
+    void setInitialized() { initialized = true; }
+    /// Hands out the next place of the grid, in place of what the key had. While a run may be under way, only with
+    /// `mutex` held.
+    SImageCell& allocateCell(qint32 key);
+    /// Makes the cells handed out so far known to the worker.
+    void publishPending();
+    /// The common part of each repaint: publishes, moves the canvas into one of the present size of the grid, and has
+    /// every cell painted that is not yet.
+    void repaintCanvas(int cellEdge, QImage::Format format, const PaintCell& paintCell);
+
+    /// Guards `pending` and the cells of `current`.
+    QMutex mutex;
+    /// The working image, top row first. The only place where painted cells live on between runs.
+    QImage canvas;
+    /// The image as it is handed out: the canvas upside down.
+    QImage output;
+    /// The grid as the worker paints it.
+    SImageConfig current;
+    /// The grid with the cells that the worker does not know yet.
+    SImageConfig pending;
+
+private:
+    SImageConfig currentGrid();
+    bool takeUnpaintedCell(qint64 lastId, SImageCell& cell);
+
+    bool initialized = false;
+    E_BUILD_MODE mode = BUILD_INITIAL;
+};
