@@ -5,7 +5,9 @@ add_library(NELKCompileOptions INTERFACE)
 
 target_compile_options(NELKCompileOptions INTERFACE
     -Wall -Wextra -Wpedantic -Wshadow -Wconversion
-    $<$<BOOL:${NELK_WARNINGS_AS_ERRORS}>:-Werror>)
+    $<$<BOOL:${NELK_WARNINGS_AS_ERRORS}>:-Werror>
+    # Shapes are the same on every processor: no product and sum is fused behind the back of the code.
+    -ffp-contract=off)
 
 # Connections use the string form, whose macros need no keyword; hosts may define `signals` for themselves.
 target_compile_definitions(NELKCompileOptions INTERFACE

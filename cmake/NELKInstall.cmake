@@ -1,8 +1,10 @@
-# The installed package: the shared library, its public headers, and what find_package(NELK) reads.
+# The installed package: the shared library, its public headers, icons for hosts without their own, and what
+# find_package(NELK) reads.
 
 include(CMakePackageConfigHelpers)
 
 set(NELK_PACKAGE_DIR "${CMAKE_INSTALL_LIBDIR}/cmake/NELK")
+set(NELK_INSTALL_DATADIR "${CMAKE_INSTALL_DATADIR}/NELK")
 
 install(TARGETS NELK EXPORT NELKTargets
     LIBRARY DESTINATION ${CMAKE_INSTALL_LIBDIR}
@@ -10,12 +12,13 @@ install(TARGETS NELK EXPORT NELKTargets
     RUNTIME DESTINATION ${CMAKE_INSTALL_BINDIR}
     INCLUDES DESTINATION ${CMAKE_INSTALL_INCLUDEDIR})
 install(DIRECTORY include/NELK DESTINATION ${CMAKE_INSTALL_INCLUDEDIR})
+install(DIRECTORY data/entity data/Floats DESTINATION ${NELK_INSTALL_DATADIR})
 install(EXPORT NELKTargets NAMESPACE NELK:: DESTINATION ${NELK_PACKAGE_DIR})
 
 configure_package_config_file(
     cmake/NELKConfig.cmake.in "${CMAKE_CURRENT_BINARY_DIR}/NELKConfig.cmake"
     INSTALL_DESTINATION ${NELK_PACKAGE_DIR}
-    PATH_VARS CMAKE_INSTALL_INCLUDEDIR)
+    PATH_VARS CMAKE_INSTALL_INCLUDEDIR NELK_INSTALL_DATADIR)
 write_basic_package_version_file(
     "${CMAKE_CURRENT_BINARY_DIR}/NELKConfigVersion.cmake" COMPATIBILITY SameMinorVersion)
 install(FILES

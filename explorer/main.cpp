@@ -36,8 +36,8 @@ void print(const QString& name, const NELK::GraphEdge& edge)
         << text(edge.curveStartPos()) << " and " << text(edge.curveEndPos()) << " to " << text(edge.endPos()) << '\n';
 }
 
-/// Two people, the company that both own shares of, and the ways in which money went between them.
-void showNetwork(NELK::GraphScene& scene)
+/// Two people, the company that one of them owns, and the ways in which money went. Gives back one of the people.
+NELK::GraphNode showNetwork(NELK::GraphScene& scene)
 {
     NELK::GraphNode anna = scene.createNode();
     NELK::GraphNode boris = scene.createNode();
@@ -65,6 +65,7 @@ void showNetwork(NELK::GraphScene& scene)
     print("third payment, parallel", thirdPayment);
     print("share, right-angled", share);
     print("own account, a ring", ownAccount);
+    return boris;
 }
 
 void showAnswers(NELK::GraphScene& scene)
@@ -79,17 +80,19 @@ void showAnswers(NELK::GraphScene& scene)
     out << "  aligned to the centre: " << text(scene.boundingRect(false)) << '\n';
 }
 
-void showRemoval(NELK::GraphScene& scene)
+QString validity(bool valid)
 {
-    const NELK::GraphNode boris = scene.getNode(2);
-    const NELK::GraphEdge payment = scene.getEdge(4);
-    scene.removeNode(2);
-    out << "\nNode 2 removed, and its edges with it:\n";
-    out << "  its handle is " << (boris.valid() ? "valid" : "invalid") << ", that of edge 4 is "
-        << (payment.valid() ? "valid" : "invalid") << '\n';
-    const NELK::GraphNode successor = scene.createNode(2);
-    out << "  a new node 2 is " << (successor.valid() ? "valid" : "invalid") << ", the old handle is "
-        << (boris.valid() ? "valid" : "invalid") << '\n';
+    return valid ? QStringLiteral("valid") : QStringLiteral("invalid");
+}
+
+void showRemoval(NELK::GraphScene& scene, const NELK::GraphNode& node)
+{
+    scene.removeNode(node.getId());
+    out << "\nNode " << node.getId() << " removed, and its edges with it:\n";
+    out << "  its handle is " << validity(node.valid()) << '\n';
+    const NELK::GraphNode successor = scene.createNode(node.getId());
+    out << "  a new node " << node.getId() << " is " << validity(successor.valid()) << ", the old handle is "
+        << validity(node.valid()) << '\n';
 }
 
 } // namespace
@@ -98,8 +101,8 @@ int main(int argc, char* argv[])
 {
     const QCoreApplication application(argc, argv);
     NELK::GraphScene scene;
-    showNetwork(scene);
+    const NELK::GraphNode boris = showNetwork(scene);
     showAnswers(scene);
-    showRemoval(scene);
+    showRemoval(scene, boris);
     return 0;
 }

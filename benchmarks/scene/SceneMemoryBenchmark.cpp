@@ -2,27 +2,14 @@
 // memory that an earlier measurement gave back would be used again unseen.
 
 #include "support/Network.h"
+#include "support/ProcessMemory.h"
 
 #include <benchmark/benchmark.h>
-
-#include <unistd.h>
-
-#include <fstream>
 
 using namespace NELK;
 
 namespace
 {
-
-/// Bytes of this process that lie in memory.
-double residentBytes()
-{
-    std::ifstream statistics("/proc/self/statm");
-    double wholePages = 0.0;
-    double residentPages = 0.0;
-    statistics >> wholePages >> residentPages;
-    return residentPages * static_cast<double>(sysconf(_SC_PAGESIZE));
-}
 
 void bytesOfElements(benchmark::State& state)
 {

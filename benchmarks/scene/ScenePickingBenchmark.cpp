@@ -2,30 +2,19 @@
 // what no test of every element can be faster than. The ratio of the two is what counts.
 
 #include "support/FilledScene.h"
+#include "support/Timing.h"
 
 #include <benchmark/benchmark.h>
-
-#include <chrono>
 
 using namespace NELK;
 
 namespace
 {
 
-using Seconds = std::chrono::duration<double>;
-
 /// A place beside the network, where nothing is hit.
 const QVector2D emptyBackground(3.0e6f, 3.0e6f);
 const QVector2D everythingLeftTop(-1.0e7f, 1.0e7f);
 const QVector2D everythingRightBottom(1.0e7f, -1.0e7f);
-
-template <typename Work>
-double secondsOf(Work work)
-{
-    const auto start = std::chrono::steady_clock::now();
-    work();
-    return Seconds(std::chrono::steady_clock::now() - start).count();
-}
 
 int bareWalk(const Scene& scene)
 {

@@ -25,7 +25,8 @@ public:
     /// A null handle.
     GraphEdge() = default;
 
-    /// Whether both refer to the same edge of the same scene, or both are null in the same way.
+    /// Whether both refer to the same edge of the same scene. Null handles are equal if both were default-constructed,
+    /// or both came from the same scene.
     bool operator==(const GraphEdge& other) const;
     bool operator!=(const GraphEdge& other) const { return !(*this == other); }
 
@@ -42,24 +43,31 @@ public:
     QPoint startPos() const;
     /// Where the edge ends: the centre of its end node; for a ring the centre of the ring.
     QPoint endPos() const;
-    /// The first inner corner of an edge in three pieces. On a straight edge the point 128 units from its start.
+    /// The first inner corner of an edge in three pieces. On a straight edge the point 128 units from its start, which
+    /// between nodes nearer than 256 units lies beyond that of the end; for a ring the centre of the ring.
     QPoint curveStartPos() const;
-    /// The second inner corner of an edge in three pieces. On a straight edge the point 128 units from its end.
+    /// The second inner corner of an edge in three pieces, or the like point at its end.
     QPoint curveEndPos() const;
 
     bool select() const;
+    /// Selects the edge or not, also where it is hidden. Emits nothing.
     void setSelect(bool select);
     /// Shows or hides the edge, whether its nodes are shown or not.
     void setShow(bool show);
+    /// Colour of line and arrow heads; alpha does not count. Black at first.
     void setEdgeColor(const QColor& color);
     /// Width of the line in scene units, at least 8. Arrow heads grow with it.
     void setEdgeWidth(int width);
-    /// Draws the edge in three axis-parallel pieces, or as it was. A ring keeps its shape.
+    /// Draws the edge in three axis-parallel pieces, or as it was. Parallel edges drawn so lie on top of each other, and
+    /// edges parallel to one drawn so stay where its straight line was when it was last drawn. A ring keeps its shape.
     void setRightAngle(bool rightAngle);
-    /// Sets the distance between this parallel edge and its neighbours to `span` times 128 units. Zero lays the edge on
-    /// the line between its nodes, a negative number on the other side of it. Does nothing on a null handle.
+    /// Puts this parallel edge `span` times as far off the line between its nodes as it is at first, which is 128 units
+    /// for tracks 1 and 2, 256 for 3 and 4, and so on. Zero lays it on that line, a negative number on the other side;
+    /// there is no bound. Base edges, rings and right-angled edges do not change. Does nothing on a null handle.
     void setZoomSpan(float span);
+    /// Draws an arrow head at the start, or none. Rings have no place for one.
     void setStartArrowShow(bool show);
+    /// The same at the end.
     void setEndArrowShow(bool show);
 
     /// Sets the text at the middle of the edge, or at the top of a ring. Only a line feed ends a row; empty rows are

@@ -26,23 +26,26 @@ struct NodeData;
 /// - live: the node is in its scene. valid() is true and every member may be called.
 /// - dangling: the node was removed, the scene was cleared, or another node took the id. valid() is false for good.
 ///
-/// On a handle that is not live only valid(), getId(), comparison and assignment may be called; a debug build asserts
-/// this. Once the GraphScene is destroyed, nothing may be called but assignment.
+/// On a handle that is not live only valid(), getId(), comparison and assignment may be called, unless a member says
+/// otherwise; a debug build asserts this. Once the GraphScene is destroyed, nothing may be called but assignment.
 ///
 /// Two planes are in use, both in scene units (one pixel at camera scale 1). The *scene plane* has y up; the *graph
 /// plane*, in the members with Graph in their name, is its mirror image with y down. Positions are 32-bit floats
 /// inside; where they are given out as integers they are cut toward zero.
 ///
 /// No setter emits a signal or repaints: a change is seen after `GraphView::NelkUpdate`. All members belong to the
-/// user interface thread, take constant time, and allocate nothing but what a set needs for an entry; a change of
-/// position costs one shape for each edge of the node.
+/// user interface thread, and no cost depends on the size of the scene: a change of position costs a shape for each
+/// edge of the node, a change of size one for each of its rings, a text one look-up for each character.
+///
+/// Sizes have a lower bound, which NaN takes too, and no upper one.
 class NELK_EXPORT GraphNode
 {
 public:
     /// A null handle.
     GraphNode() = default;
 
-    /// Whether both refer to the same node of the same scene, or both are null in the same way.
+    /// Whether both refer to the same node of the same scene. Null handles are equal if both were default-constructed,
+    /// or both came from the same scene.
     bool operator==(const GraphNode& other) const;
     bool operator!=(const GraphNode& other) const { return !(*this == other); }
 
@@ -57,7 +60,8 @@ public:
     /// Centre of the icon, graph plane.
     QPoint posGraph() const;
     /// The box of the icon (or circle, where that is on) and the label below it, scene plane. Its top is the largest y
-    /// and its height counts downward from there. The left side is that of the icon, however wide the label is.
+    /// and its height counts downward from there. The left side is that of the icon, however wide the label is. While
+    /// the scene hides node text, the label is the set numbers alone.
     QRect rect() const;
     /// The same box in the graph plane, where it is an ordinary QRect.
     QRect rectGraph() const;
@@ -71,6 +75,7 @@ public:
     void setPosGraph(int x, int y);
 
     bool select() const;
+    /// Selects the node or not, also where it is hidden or cannot be picked. Emits nothing.
     void setSelect(bool select);
     /// Shows or hides the node. Its edges are shown or hidden on their own.
     void setShow(bool show);
@@ -86,9 +91,10 @@ public:
     void setSize(float size);
     /// Draws a circle around the icon, or none.
     void setCircleShow(bool show);
-    /// Makes the circle `size` times as wide as the icon's diagonal, at least 1.0 times. Rings of the node follow with
-    /// its next move or setSize().
+    /// Makes the circle `size` times as wide as the icon's diagonal, at least 1.0 times. A ring of the node
+    /// follows when its shape is next built: with a move or setSize() of the node, or a new width of the ring.
     void setCircleSize(float size);
+    /// Colour of the circle; alpha does not count. Black at first.
     void setCircleColor(const QColor& color);
 
     /// Sets the text below the node: the rows of `text`, then the rows of `text2`. Only a line feed ends a row; empty

@@ -40,25 +40,31 @@ public:
 
     /// Creates an edge under the next running id: a straight base edge between two nodes, or a ring where they are one.
     /// The handle is null if a handle is not valid or its id is not in this scene; the running id moves all the same.
+    ///
+    /// Both nodes must be of this scene. A node of another scene whose id is known here is not told apart, and an edge
+    /// to it would break when either scene changes.
     GraphEdge createEdge(const GraphNode& start, const GraphNode& end);
-    /// The same under `id`. If the id is taken, the new edge takes its place.
+    /// The same under `id`. If the id is taken, the new edge takes its place: handles of the old one become invalid, it
+    /// is no longer drawn or found, and edges parallel to it stay where they are.
     GraphEdge createEdge(qint64 id, const GraphNode& start, const GraphNode& end);
     /// Creates a further edge beside `base`, in the same direction, under the next running id.
     ///
-    /// Beside an edge between two nodes it runs on track `index`, at least 1: odd tracks lie to the right of the way
-    /// from start to end and even ones to the left (y up), two more with each step outward. Beside a ring it is ring
-    /// number `index`, at least 0, wider by 0.4 of the node's circle with each number. Which tracks are taken is the
-    /// host's business. The handle is null if `base` is not valid, is itself such a parallel edge, or its id is not in
-    /// this scene; the running id moves all the same.
+    /// Beside an edge between two nodes it runs on track `index`, where less than 1 counts as 1: odd tracks lie to the
+    /// right of the way from start to end and even ones to the left (y up), two more with each step outward. Beside a
+    /// ring it is ring number `index`, where less than 0 counts as 0, wider by 0.4 of the node's circle with each
+    /// number. Which tracks are taken is the host's business. `base` must be of this scene. The handle is null if it is
+    /// not valid, if it is itself parallel to an edge that is still there, or if its id is not in this scene; the
+    /// running id moves all the same.
     GraphEdge createEdge(const GraphEdge& base, int index);
-    /// The same under `id`. If the id is taken, the new edge takes its place.
+    /// The same under `id`. If the id is taken, the new edge takes its place, as told above.
     GraphEdge createEdge(qint64 id, const GraphEdge& base, int index);
 
     /// The node or edge with that id; a null handle if there is none.
     GraphNode getNode(qint64 id) const;
     GraphEdge getEdge(qint64 id) const;
 
-    /// Removes a node and all its edges. The id must exist; a debug build asserts this.
+    /// Removes a node and all its edges. The id must exist; a debug build asserts this. Emits nothing, also when
+    /// something selected goes.
     void removeNode(qint64 id);
     /// Removes an edge. The id must exist; a debug build asserts this. Edges parallel to it stay on their tracks.
     void removeEdge(qint64 id);
@@ -79,7 +85,8 @@ public:
     /// move too.
     void elementsAlignToCenter();
 
-    /// Shows or hides all text of nodes; set numbers stay. Seen after `GraphView::NelkUpdate`.
+    /// Shows or hides all text of nodes; set numbers stay. Hidden text does not count for GraphNode::rect() and for
+    /// picking. Seen after `GraphView::NelkUpdate`.
     void setNodeTextShow(bool show);
     /// Shows or hides all text of edges. Seen after `GraphView::NelkUpdate`.
     void setEdgeTextShow(bool show);
@@ -87,6 +94,8 @@ public:
     /// All nodes whose circle, shown or not, has `point` (scene plane) strictly inside it; hidden nodes and nodes that
     /// a view cannot pick too. In no particular order.
     QList<GraphNode> testNodeAtPoint(const QPoint& point) const;
+
+    // A slot may change the scene as it likes, but must not delete it: deleteLater() does.
 
 Q_SIGNALS:
     /// The user changed the selection. Holds the ids of all selected nodes and edges, in no particular order.

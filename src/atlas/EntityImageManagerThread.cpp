@@ -2,6 +2,7 @@
 
 #include "atlas/ImageDirectory.h"
 
+#include <QFileInfo>
 #include <QImageReader>
 #include <QMutexLocker>
 #include <QPainter>
@@ -14,7 +15,7 @@ constexpr int cellEdge = 256;
 /// The id of the first icon that the first build finds: what an unknown name shows.
 constexpr qint32 firstIconId = 10;
 
-/// Ids are given once in the process, whatever atlas they are for.
+/// Ids only ever go up, for as long as the process runs.
 qint32 nextImageId = firstIconId;
 
 const QColor& fallbackColor()
@@ -23,17 +24,24 @@ const QColor& fallbackColor()
     return red;
 }
 
-/// The picture in a file, or a null image. A file that claims to be larger than any icon could be is not read, as the
-/// memory for it might bring the process down.
+/// Whether a picture of this size can be painted, and its memory be had without bringing the process down.
+bool isSizeOfPicture(const QSize& size)
+{
+    constexpr int longestSide = 32767; // as far as the painter's coordinates go
+    constexpr qint64 mostPixels = 64 * 1024 * 1024;
+    return size.width() <= longestSide && size.height() <= longestSide &&
+           qint64{size.width()} * size.height() <= mostPixels;
+}
+
+/// The picture in a file, whatever the file's name says of its format, or a null image. What is no regular file is not
+/// opened: a pipe would hold the worker for ever.
 QImage loadPicture(const QString& path)
 {
-    constexpr qint64 mostPixels = 64 * 1024 * 1024;
+    if (path.contains(QChar::Null) || !QFileInfo(path).isFile())
+        return {};
     QImageReader reader(path);
     reader.setDecideFormatFromContent(true);
-    const QSize size = reader.size();
-    if (size.isValid() && qint64{size.width()} * size.height() > mostPixels)
-        return {};
-    return reader.read();
+    return isSizeOfPicture(reader.size()) ? reader.read() : QImage();
 }
 
 void paintPicture(QPainter& painter, const SImageCell& cell, QPoint topLeft)
@@ -77,17 +85,16 @@ qint32 EntityImageManagerThread::imageId(E_IMAGE_KIND kind, const QString& name)
 SImageCell EntityImageManagerThread::addCell(qint32 /*key*/, const QString& name)
 {
     const QMutexLocker locker(&mutex);
-    const qint32 id = addImage(name, QColor("Green"));
-    fileIds.insert(name, id);
-    return pending.cells.value(id);
+    fileIds.insert(name, nextImageId);
+    return addImage(nextImageId++, name, QColor("Green"));
 }
 
 void EntityImageManagerThread::buildInitial()
 {
     // Views find the badges by their place in the grid, which follows from this order.
-    addBadge(focusId, QStringLiteral(":/imagetag/tools/resource-gen/icon/smallFocus.png"));
-    addBadge(lockId, QStringLiteral(":/imagetag/tools/resource-gen/icon/smallLock.png"));
-    addBadge(combineId, QStringLiteral(":/imagetag/tools/resource-gen/icon/ic_256_combine.png"));
+    addImage(focusId, QStringLiteral(":/imagetag/tools/resource-gen/icon/smallFocus.png"), fallbackColor());
+    addImage(lockId, QStringLiteral(":/imagetag/tools/resource-gen/icon/smallLock.png"), fallbackColor());
+    addImage(combineId, QStringLiteral(":/imagetag/tools/resource-gen/icon/ic_256_combine.png"), fallbackColor());
     buildReload();
 }
 
@@ -99,17 +106,12 @@ void EntityImageManagerThread::buildReload()
     repaint();
 }
 
-void EntityImageManagerThread::addBadge(qint32 id, const QString& resource)
-{
-    payloads.push_back({resource, fallbackColor()});
-    allocateCell(id).payload = &payloads.back();
-}
-
-qint32 EntityImageManagerThread::addImage(const QString& path, const QColor& color)
+SImageCell EntityImageManagerThread::addImage(qint32 id, const QString& path, const QColor& color)
 {
     payloads.push_back({path, color});
-    allocateCell(nextImageId).payload = &payloads.back();
-    return nextImageId++;
+    SImageCell& cell = allocateCell(id);
+    cell.payload = &payloads.back();
+    return cell;
 }
 
 /// Adds the icons of a directory that are new, and has those that are known read again.
@@ -122,7 +124,8 @@ void EntityImageManagerThread::addIcons(QMap<QString, qint32>& ids, const QStrin
         const QColor color = colors.value(image.key(), fallbackColor());
         const auto known = ids.constFind(image.key());
         if (known == ids.constEnd()) {
-            ids.insert(image.key(), addImage(image.value(), color));
+            ids.insert(image.key(), nextImageId);
+            addImage(nextImageId++, image.value(), color);
             continue;
         }
         SImageCell& cell = current.cells[*known];

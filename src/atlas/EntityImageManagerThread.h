@@ -33,8 +33,7 @@ protected:
     void repaint() override;
 
 private:
-    void addBadge(qint32 id, const QString& resource);
-    qint32 addImage(const QString& path, const QColor& color);
+    SImageCell addImage(qint32 id, const QString& path, const QColor& color);
     void addIcons(QMap<QString, qint32>& ids, const QString& imageDirectory, const QString& colorFile);
 
     QMap<QString, qint32> entityIds;

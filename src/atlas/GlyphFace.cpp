@@ -1,5 +1,7 @@
 #include "atlas/GlyphFace.h"
 
+#include "atlas/TextCell.h"
+
 GlyphFace::~GlyphFace()
 {
     if (!ready)
@@ -14,6 +16,7 @@ void GlyphFace::open(const char* path, unsigned width, unsigned height)
         return;
     if (FT_New_Face(library, path, 0, &face) != FT_Err_Ok) {
         FT_Done_FreeType(library);
+        library = nullptr;
         return;
     }
     FT_Select_Charmap(face, FT_ENCODING_UNICODE);
@@ -23,7 +26,6 @@ void GlyphFace::open(const char* path, unsigned width, unsigned height)
 
 void GlyphFace::glyphMetrics(quint16 code, SGlyphMetrics& metrics)
 {
-    constexpr float cellEdge = 76.0f;
     if (!render(code))
         return;
     const FT_GlyphSlot slot = face->glyph;
@@ -33,7 +35,7 @@ void GlyphFace::glyphMetrics(quint16 code, SGlyphMetrics& metrics)
     metrics.left = slot->bitmap_left;
     metrics.top = slot->bitmap_top;
     metrics.advance = static_cast<qint32>(slot->advance.x >> 6); // from 26.6 fixed point
-    metrics.trim = (cellEdge - static_cast<float>(metrics.advance)) * 0.5f;
+    metrics.trim = (static_cast<float>(textCellEdge) - static_cast<float>(metrics.advance)) * 0.5f;
 }
 
 QImage GlyphFace::glyphImage(quint16 code)
@@ -43,9 +45,8 @@ QImage GlyphFace::glyphImage(quint16 code)
     const FT_Bitmap& bitmap = face->glyph->bitmap;
     if (bitmap.pixel_mode != FT_PIXEL_MODE_GRAY)
         return {}; // a bitmap of the font's own, with less than a byte for a pixel
-    const auto width = static_cast<int>(bitmap.width);
-    return {static_cast<const uchar*>(bitmap.buffer), width, static_cast<int>(bitmap.rows), width,
-            QImage::Format_Alpha8};
+    return {static_cast<const uchar*>(bitmap.buffer), static_cast<int>(bitmap.width), static_cast<int>(bitmap.rows),
+            bitmap.pitch, QImage::Format_Alpha8};
 }
 
 bool GlyphFace::render(quint16 code)

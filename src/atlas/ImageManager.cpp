@@ -4,60 +4,41 @@
 #include "atlas/TextImageManagerThread.h"
 
 #include <QCoreApplication>
-#include <QImageReader>
 #include <QTimer>
+
+#include <cstdlib>
+#include <utility>
 
 namespace
 {
 
 constexpr int repaintInterval = 1000;
 
-/// The two managers. They are never deleted, since labels and views may ask for cells until the very end; but no run is
-/// cut off: one that is under way when the application object or the process goes is waited for.
-class ManagerPair
+// Made on first use and never deleted, since labels and views may ask for cells until the very end.
+ImageManager* entityImages = nullptr;
+ImageManager* wordImages = nullptr;
+
+/// No run is cut off: what ends first, the application object or the process, waits for one that is under way.
+void waitForRuns()
 {
-public:
-    static ManagerPair& instance()
-    {
-        static ManagerPair pair;
-        return pair;
+    for (ImageManager* manager : {entityImages, wordImages}) {
+        if (manager)
+            manager->waitForRun();
     }
-
-    ImageManager* entities = nullptr;
-    ImageManager* words = nullptr;
-
-private:
-    ManagerPair()
-    {
-        // What a run relies on inside Qt is set up before this object is complete, and so goes after it.
-        QImageReader::supportedImageFormats();
-        qAddPostRoutine([] { instance().waitForRuns(); });
-    }
-    ~ManagerPair() { waitForRuns(); }
-    Q_DISABLE_COPY(ManagerPair)
-
-    void waitForRuns() const
-    {
-        for (ImageManager* manager : {entities, words}) {
-            if (manager)
-                manager->waitForRun();
-        }
-    }
-};
+}
 
 } // namespace
 
 ImageManager* ImageManager::instance(qint32 index)
 {
-    ManagerPair& pair = ManagerPair::instance();
-    if (index == 0) {
-        if (!pair.entities)
-            pair.entities = new ImageManager(new EntityImageManagerThread);
-        return pair.entities;
+    if (index == entityIndex) {
+        if (!entityImages)
+            entityImages = new ImageManager(new EntityImageManagerThread);
+        return entityImages;
     }
-    if (!pair.words)
-        pair.words = new ImageManager(new TextImageManagerThread);
-    return pair.words;
+    if (!wordImages)
+        wordImages = new ImageManager(new TextImageManagerThread);
+    return wordImages;
 }
 
 ImageManager::ImageManager(ImageManagerThread* ownThread) : timer(new QTimer(this)), thread(ownThread)
@@ -65,7 +46,7 @@ ImageManager::ImageManager(ImageManagerThread* ownThread) : timer(new QTimer(thi
     thread->setParent(this);
     connect(thread, SIGNAL(signalFinished(QImage, SImageConfig)), this, SLOT(slotThreadFinished(QImage, SImageConfig)));
     connect(timer, SIGNAL(timeout()), this, SLOT(slotUpdateTimerEvent()));
-    timer->start(repaintInterval);
+    keepTicking();
 }
 
 ImageManager::~ImageManager() = default;
@@ -75,13 +56,31 @@ void ImageManager::waitForRun()
     thread->wait();
 }
 
+bool ImageManager::isStarted() const
+{
+    return thread->isInitialized();
+}
+
+/// Starts the timer as soon as there is an application that it can run in.
+void ImageManager::keepTicking()
+{
+    if (!timer->isActive() && QCoreApplication::instance()) {
+        timer->start(repaintInterval);
+        qAddPostRoutine(waitForRuns);
+    }
+}
+
 void ImageManager::startInitial()
 {
-    if (thread->isRunning() || thread->isInitialized())
+    if (isStarted())
         return;
+    keepTicking();
+    thread->wait(); // a run before the first build ends at once
     thread->setMode(BUILD_INITIAL);
     thread->start(QThread::InheritPriority);
     thread->wait();
+    // Whatever a run relies on inside Qt is set up by now, and so goes after this has been called.
+    std::atexit(waitForRuns);
 }
 
 bool ImageManager::startReload()
@@ -118,6 +117,7 @@ SImageCell ImageManager::takeNewCell(const SImageCell& cell)
 {
     config.cells.insert(cell.id, cell);
     ++requestCount;
+    keepTicking();
     return cell;
 }
 
@@ -132,8 +132,8 @@ void ImageManager::slotUpdateTimerEvent()
 
 void ImageManager::slotThreadFinished(QImage img, SImageConfig newConfig)
 {
-    finishedImage = img;
+    finishedImage = std::move(img);
     // Cells handed out since the worker took stock are dropped here; the thread still has them pending.
-    config = newConfig;
+    config = std::move(newConfig);
     Q_EMIT signalImageChanged();
 }

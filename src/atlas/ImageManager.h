@@ -20,12 +20,17 @@ class ImageManager : public QObject
     Q_OBJECT
 
 public:
+    static constexpr qint32 entityIndex = 0;
+    static constexpr qint32 wordIndex = 1;
+
     /// The manager of entity icons for index 0, that of characters for any other.
     static ImageManager* instance(qint32 index);
 
     /// Builds the atlas for the first time; returns when that is done. The result arrives with the next events. Does
-    /// nothing while a run is under way or when the atlas has been built before.
+    /// nothing when the atlas has been built before.
     void startInitial();
+    /// Whether the atlas has been built for the first time.
+    bool isStarted() const;
     /// Reads the atlas's sources again; returns when that is done. False, and nothing done, while a request waits for
     /// its repaint or a run is under way.
     bool startReload();
@@ -58,6 +63,7 @@ protected Q_SLOTS:
 
 private:
     SImageCell takeNewCell(const SImageCell& cell);
+    void keepTicking();
 
     /// Cells asked for or marked for repaint since the last repaint started.
     qint32 requestCount = 0;

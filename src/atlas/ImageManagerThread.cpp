@@ -9,7 +9,8 @@
 namespace
 {
 
-constexpr qint64 beforeAllIds = qint64{std::numeric_limits<qint32>::min()} - 1;
+/// No cell has this id.
+constexpr qint32 lowestId = std::numeric_limits<qint32>::min();
 
 } // namespace
 
@@ -51,10 +52,14 @@ void ImageManagerThread::run()
     Q_EMIT signalFinished(output, currentGrid());
 }
 
+/// A copy of the grid that shares nothing with it, since the one is changed on the user interface thread and the other
+/// on the worker.
 SImageConfig ImageManagerThread::currentGrid()
 {
     const QMutexLocker locker(&mutex);
-    return current;
+    SImageConfig grid = current;
+    grid.cells.detach();
+    return grid;
 }
 
 SImageCell& ImageManagerThread::allocateCell(qint32 key)
@@ -101,20 +106,21 @@ void ImageManagerThread::repaintCanvas(int cellEdge, QImage::Format format, cons
         painter.drawImage(0, 0, canvas);
     }
     SImageCell cell;
-    for (qint64 lastId = beforeAllIds; takeUnpaintedCell(lastId, cell); lastId = cell.id) {
+    for (qint32 lastId = lowestId; takeUnpaintedCell(lastId, cell); lastId = cell.id) {
         if (painter.isActive())
             paintCell(painter, cell, {cell.texColIdx * cellEdge, cell.texRowIdx * cellEdge});
     }
-    painter.end();
+    if (painter.isActive())
+        painter.end();
     canvas = std::move(grown);
 }
 
-/// Finds the next unpainted cell in the order of ids and takes it for painted. The lock is held for one cell at a time,
-/// so that a request never waits for pixels.
-bool ImageManagerThread::takeUnpaintedCell(qint64 lastId, SImageCell& cell)
+/// Finds the next unpainted cell after an id, in the order of ids, and takes it for painted. The lock is held for one
+/// cell at a time, so that a request never waits for pixels.
+bool ImageManagerThread::takeUnpaintedCell(qint32 lastId, SImageCell& cell)
 {
     const QMutexLocker locker(&mutex);
-    auto next = lastId == beforeAllIds ? current.cells.begin() : current.cells.upperBound(static_cast<qint32>(lastId));
+    auto next = current.cells.upperBound(lastId);
     while (next != current.cells.end() && next->painted)
         ++next;
     if (next == current.cells.end())

@@ -26,8 +26,8 @@ enum E_BUILD_MODE
 /// Paints one atlas beside the user interface thread: an image cut into a grid of equal square cells.
 ///
 /// Each run is a fresh start of the thread, without an event loop; at most one is under way. A cell is handed out on
-/// the user interface thread at once, and gets its picture in a later run. `mutex` guards what both threads touch:
-/// `pending`, the cells of `current`, and nothing that takes long.
+/// the user interface thread at once, and gets its picture in a later run. `mutex` guards what both threads touch; the
+/// worker never holds it for the time that pixels take.
 class ImageManagerThread : public QThread
 {
     Q_OBJECT
@@ -72,6 +72,14 @@ protected:
     /// every cell painted that is not yet.
     void repaintCanvas(int cellEdge, QImage::Format format, const PaintCell& paintCell);
 
+private:
+    SImageConfig currentGrid();
+    bool takeUnpaintedCell(qint32 lastId, SImageCell& cell);
+
+    bool initialized = false;
+    E_BUILD_MODE mode = BUILD_INITIAL;
+
+protected:
     /// Guards `pending` and the cells of `current`.
     QMutex mutex;
     /// The working image, top row first. The only place where painted cells live on between runs.
@@ -82,11 +90,4 @@ protected:
     SImageConfig current;
     /// The grid with the cells that the worker does not know yet.
     SImageConfig pending;
-
-private:
-    SImageConfig currentGrid();
-    bool takeUnpaintedCell(qint64 lastId, SImageCell& cell);
-
-    bool initialized = false;
-    E_BUILD_MODE mode = BUILD_INITIAL;
 };

@@ -1,5 +1,7 @@
 #pragma once
 
+#include "atlas/TextCell.h"
+
 #include <QtGlobal>
 
 /// The measures of one character in the text atlas, in pixels. As it stands here, that of a glyph that cannot be had.
@@ -16,5 +18,5 @@ struct SGlyphMetrics
     /// How far the pen moves on.
     qint32 advance = 0;
     /// Half of the cell's width that the character does not use.
-    float trim = 38.0f;
+    float trim = halfTextCell;
 };

@@ -1,5 +1,7 @@
 #include "atlas/TextImageManagerThread.h"
 
+#include "atlas/TextCell.h"
+
 #include <QFile>
 #include <QFileInfo>
 #include <QMutexLocker>
@@ -15,7 +17,6 @@
 namespace
 {
 
-constexpr int cellEdge = 76;
 constexpr unsigned glyphSize = 60;
 /// From the top of a cell down to the baseline.
 constexpr int baseline = 60;
@@ -95,9 +96,9 @@ SImageCell TextImageManagerThread::addCharacter(qint32 code)
 
 void TextImageManagerThread::repaint()
 {
-    repaintCanvas(cellEdge, QImage::Format_Alpha8, [this](QPainter& painter, const SImageCell& cell, QPoint topLeft) {
-        paintGlyph(painter, cell, topLeft);
-    });
+    repaintCanvas(
+        textCellEdge, QImage::Format_Alpha8,
+        [this](QPainter& painter, const SImageCell& cell, QPoint topLeft) { paintGlyph(painter, cell, topLeft); });
     output = coverageUpsideDown(canvas);
 }
 

@@ -34,6 +34,8 @@ struct EdgeData
     /// Adds a row to the label, unless there is no text in it.
     void appendLabelLine(const QString& text);
 
+    /// How many steps track `index` stands off the line: 1 and 2 lie one step to either side of it, 3 and 4 two steps.
+    static qint32 trackStep(qint32 index) { return index / 2 + index % 2; }
     /// How far the outermost track of this base edge stands off the line between the nodes.
     int edgeMargin() const;
 

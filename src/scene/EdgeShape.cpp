@@ -47,7 +47,7 @@ void buildStraightShape(EdgeData& edge)
 
 void buildTrackShape(EdgeData& edge, const LineFrame& frame)
 {
-    const float steps = static_cast<float>(trackStep(edge.index)) * edge.zoomSpan;
+    const float steps = static_cast<float>(EdgeData::trackStep(edge.index)) * edge.zoomSpan;
     const QVector2D side = edge.index % 2 != 0 ? frame.offsetStartA : frame.offsetStartB;
     const QVector2D offset = steps * (side - frame.lineStart);
 
@@ -59,6 +59,11 @@ void buildTrackShape(EdgeData& edge, const LineFrame& frame)
 }
 
 } // namespace
+
+void buildLineFrame(EdgeData& edge)
+{
+    edge.frame = computeLineFrame(edge.startPos, edge.endPos, nodeRadius);
+}
 
 void rebuildShape(EdgeData& edge)
 {
@@ -73,7 +78,7 @@ void rebuildShape(EdgeData& edge)
 void buildCurveShape(EdgeData& edge)
 {
     if (!edge.baseEdge)
-        edge.frame = computeLineFrame(edge.startPos, edge.endPos, nodeRadius);
+        buildLineFrame(edge);
 
     // An edge that has outlived its base edge keeps its track, beside a frame of its own.
     if (edge.index == 0)

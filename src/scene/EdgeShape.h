@@ -1,7 +1,5 @@
 #pragma once
 
-#include <QtGlobal>
-
 namespace NELK
 {
 
@@ -9,6 +7,9 @@ struct EdgeData;
 
 // The shape of an edge is built once per change of the edge and then only copied. It is a function of the edge's ends
 // and settings at that time, and for a derived edge also of the line frame that its base edge then has.
+
+/// Takes the line frame anew from the edge's own ends.
+void buildLineFrame(EdgeData& edge);
 
 /// Builds whichever shape the edge has: ring, right-angled, or straight with its parallel tracks.
 void rebuildShape(EdgeData& edge);
@@ -19,11 +20,5 @@ void buildCurveShape(EdgeData& edge);
 void buildRightAngleShape(EdgeData& edge);
 /// A ring above the node and through its centre.
 void buildRingShape(EdgeData& edge);
-
-/// How many steps track `index` stands off the line: 1 and 2 lie one step to either side of it, 3 and 4 two steps.
-inline qint32 trackStep(qint32 index)
-{
-    return index / 2 + index % 2;
-}
 
 } // namespace NELK

@@ -1,7 +1,9 @@
 #include <NELK/GraphEdge.h>
 
+#include "scene/AtLeast.h"
 #include "scene/EdgeShape.h"
 #include "scene/MirroredFlag.h"
+#include "scene/RecordIdentity.h"
 #include "scene/Scene.h"
 #include "scene/Truncation.h"
 
@@ -35,8 +37,7 @@ bool GraphEdge::operator==(const GraphEdge& other) const
 
 bool GraphEdge::valid() const
 {
-    // The record of a removed edge is never read: the scene is asked what it holds under the id now.
-    return record && scene->getEdge(id) == record && RecordPool<EdgeData>::serialOf(record) == serial;
+    return scene && holdsRecord(scene->edges, id, record, serial);
 }
 
 EdgeData& GraphEdge::data() const
@@ -92,27 +93,30 @@ void GraphEdge::setEdgeColor(const QColor& color)
 
 void GraphEdge::setEdgeWidth(int width)
 {
+    EdgeData& edge = data();
     const int bounded = std::max(width, 8);
-    if (bounded == data().edgeWidth)
+    if (bounded == edge.edgeWidth)
         return;
-    data().edgeWidth = bounded;
-    rebuildShape(data());
+    edge.edgeWidth = bounded;
+    rebuildShape(edge);
 }
 
 void GraphEdge::setRightAngle(bool rightAngle)
 {
-    if (rightAngle == data().rightAngle)
+    EdgeData& edge = data();
+    if (rightAngle == edge.rightAngle)
         return;
-    data().rightAngle = rightAngle;
-    rebuildShape(data());
+    edge.rightAngle = rightAngle;
+    rebuildShape(edge);
 }
 
 void GraphEdge::setZoomSpan(float span)
 {
     if (!record)
         return;
-    data().zoomSpan = span;
-    rebuildShape(data());
+    EdgeData& edge = data();
+    edge.zoomSpan = span;
+    rebuildShape(edge);
 }
 
 void GraphEdge::setStartArrowShow(bool show)
@@ -128,7 +132,7 @@ void GraphEdge::setEndArrowShow(bool show)
 void GraphEdge::setLabel(const QString& text)
 {
     EdgeData& edge = data();
-    setMirrored(edge, !text.isEmpty(), scene->labelEdges);
+    setMember(scene->labelEdges, edge, !text.isEmpty());
     edge.labelLines.clear();
     const QStringList rows = labelRows(text);
     for (const QString& row : rows)
@@ -137,13 +141,14 @@ void GraphEdge::setLabel(const QString& text)
 
 void GraphEdge::setLabelColor(const QColor& color, const QColor& background)
 {
-    data().labelColor = colorToRgba(color);
-    data().labelBackColor = colorToRgba(background);
+    EdgeData& edge = data();
+    edge.labelColor = colorToRgba(color);
+    edge.labelBackColor = colorToRgba(background);
 }
 
 void GraphEdge::setLabelSize(float size)
 {
-    data().labelSize = size > 1.0f ? size : 1.0f;
+    data().labelSize = atLeast(size, 1.0f);
 }
 
 } // namespace NELK

@@ -2,10 +2,13 @@
 
 #include "atlas/ImageManager.h"
 #include "atlas/SEntityPayload.h"
+#include "scene/AtLeast.h"
 #include "scene/EdgeData.h"
 #include "scene/EdgeShape.h"
 #include "scene/ElementIds.h"
 #include "scene/MirroredFlag.h"
+#include "scene/RecordIdentity.h"
+#include "scene/Rectangles.h"
 #include "scene/Scene.h"
 #include "scene/Truncation.h"
 
@@ -29,8 +32,7 @@ bool GraphNode::operator==(const GraphNode& other) const
 
 bool GraphNode::valid() const
 {
-    // The record of a removed node is never read: the scene is asked what it holds under the id now.
-    return record && scene->getNode(id) == record && RecordPool<NodeData>::serialOf(record) == serial;
+    return scene && holdsRecord(scene->nodes, id, record, serial);
 }
 
 NodeData& GraphNode::data() const
@@ -41,30 +43,35 @@ NodeData& GraphNode::data() const
 
 QPoint GraphNode::pos() const
 {
-    return {truncated(data().x), truncated(data().y)};
+    const NodeData& node = data();
+    return {truncated(node.x), truncated(node.y)};
 }
 
 QPoint GraphNode::posGraph() const
 {
-    return {truncated(data().x), truncated(-data().y)};
+    const NodeData& node = data();
+    return {truncated(node.x), truncated(-node.y)};
 }
 
 QRect GraphNode::rect() const
 {
-    return rectWithTop(truncated(data().y + wholeHalf(data().bodyDiameter())));
+    const NodeData& node = data();
+    return rectWithTop(truncated(node.y + wholeHalf(node.bodyDiameter())));
 }
 
 QRect GraphNode::rectGraph() const
 {
-    return rectWithTop(truncated(-data().y - wholeHalf(data().bodyDiameter())));
+    const NodeData& node = data();
+    return rectWithTop(truncated(-node.y - wholeHalf(node.bodyDiameter())));
 }
 
 QRect GraphNode::rectWithTop(int top) const
 {
-    const int half = data().bodyDiameter() / 2;
-    const int side = 2 * half;
-    const QSize label = data().labelBox(scene->nodeTextShow);
-    return {truncated(data().x - static_cast<float>(half)), top, std::max(label.width(), side), label.height() + side};
+    const NodeData& node = data();
+    const QSize label = node.labelBox(scene->nodeTextShow);
+    const qint64 side = qint64{2} * (node.bodyDiameter() / 2);
+    const int left = truncated(node.x - wholeHalf(node.bodyDiameter()));
+    return rectOfSize(left, top, std::max<qint64>(label.width(), side), label.height() + side);
 }
 
 void GraphNode::setPos(const QPoint& pos)
@@ -89,9 +96,10 @@ void GraphNode::setPosGraph(int x, int y)
 
 void GraphNode::moveTo(float x, float y)
 {
-    data().x = x;
-    data().y = y;
-    data().updateAttachedEdges();
+    NodeData& node = data();
+    node.x = x;
+    node.y = y;
+    node.updateAttachedEdges();
 }
 
 bool GraphNode::select() const
@@ -126,9 +134,9 @@ void GraphNode::setCombined(bool combined)
 
 void GraphNode::setSize(float size)
 {
-    data().resize(size);
-    const QList<EdgeData*> leaving = data().outEdges;
-    for (EdgeData* edge : leaving) {
+    NodeData& node = data();
+    node.resize(size);
+    for (EdgeData* edge : qAsConst(node.outEdges)) {
         if (edge->ring)
             buildRingShape(*edge);
     }
@@ -141,8 +149,9 @@ void GraphNode::setCircleShow(bool show)
 
 void GraphNode::setCircleSize(float size)
 {
-    data().circleSize = size > 1.0f ? size : 1.0f;
-    data().updateCircleDiameter();
+    NodeData& node = data();
+    node.circleSize = atLeast(size, 1.0f);
+    node.updateCircleDiameter();
 }
 
 void GraphNode::setCircleColor(const QColor& color)
@@ -153,7 +162,7 @@ void GraphNode::setCircleColor(const QColor& color)
 void GraphNode::setLabel(const QString& text, const QString& text2)
 {
     NodeData& node = data();
-    setMirrored(node, !text.isEmpty() || !text2.isEmpty(), scene->labelNodes);
+    setMember(scene->labelNodes, node, !text.isEmpty() || !text2.isEmpty());
 
     const QStringList rows = labelRows(text);
     node.labelLines.clear();
@@ -170,32 +179,39 @@ void GraphNode::setLabel(const QString& text, const QString& text2)
 
 void GraphNode::setSetNum(const QStringList& numbers)
 {
-    setMirrored(data(), !numbers.isEmpty(), scene->setNumNodes);
-    data().buildSetNumLines(numbers);
-    data().updateLabelSize();
+    NodeData& node = data();
+    setMember(scene->setNumNodes, node, !numbers.isEmpty());
+    node.buildSetNumLines(numbers);
+    node.updateLabelSize();
 }
 
 void GraphNode::setLabelColor(const QColor& color, const QColor& background)
 {
-    data().labelColor = colorToRgba(color);
-    data().labelBackColor = colorToRgba(background);
+    NodeData& node = data();
+    node.labelColor = colorToRgba(color);
+    node.labelBackColor = colorToRgba(background);
 }
 
 void GraphNode::setLabelSize(float size)
 {
-    data().labelSize = size > 1.0f ? size : 1.0f;
-    data().updateLabelSize();
+    NodeData& node = data();
+    node.labelSize = atLeast(size, 1.0f);
+    node.updateLabelSize();
 }
 
 void GraphNode::setImage(const QString& name, bool customFile)
 {
-    const E_IMAGE_KIND iconKind = data().id < floatIdLimit ? IMAGE_ENTITY : IMAGE_FLOAT;
-    const SImageCell cell = ImageManager::instance(0)->requestCell(customFile ? IMAGE_FILE : iconKind, name);
+    NodeData& node = data();
+    ImageManager& icons = *ImageManager::instance(ImageManager::entityIndex);
+    if (!icons.isStarted())
+        return; // a file must not take the place of the first badge
+    const E_IMAGE_KIND iconKind = node.id < floatIdLimit ? IMAGE_ENTITY : IMAGE_FLOAT;
+    const SImageCell cell = icons.requestCell(customFile ? IMAGE_FILE : iconKind, name);
     if (!cell.payload)
         return;
-    data().imageRow = cell.texRowIdx;
-    data().imageCol = cell.texColIdx;
-    data().entityColor = colorToRgba(static_cast<const SEntityPayload*>(cell.payload)->color);
+    node.imageRow = cell.texRowIdx;
+    node.imageCol = cell.texColIdx;
+    node.entityColor = colorToRgba(static_cast<const SEntityPayload*>(cell.payload)->color);
 }
 
 void GraphNode::setImage(int /*image*/) {}

@@ -2,6 +2,7 @@
 
 #include "atlas/ImageManager.h"
 #include "atlas/SGlyphMetrics.h"
+#include "atlas/TextCell.h"
 
 #include <QStringList>
 
@@ -10,7 +11,7 @@ namespace NELK
 
 LabelLine makeLabelLine(const QString& text)
 {
-    ImageManager* words = ImageManager::instance(1);
+    ImageManager* words = ImageManager::instance(ImageManager::wordIndex);
     LabelLine line;
     line.cells.reserve(text.size());
     for (const QChar character : text) {

@@ -20,12 +20,6 @@ struct LabelLine
     qint32 lineWidth = 0;
 };
 
-/// Edge length of a text cell, and so the height of a row and the gap between two set-number boxes.
-inline constexpr qint32 textCellEdge = 76;
-
-/// How far the centre of a row's first cell stands from a pen at the left side of the row.
-inline constexpr qint32 halfTextCell = textCellEdge / 2;
-
 /// A row for `text` with a cell for each code unit, centred on its anchor. Characters that are new to the atlas get
 /// their cell now.
 LabelLine makeLabelLine(const QString& text);

@@ -15,7 +15,9 @@ LineFrame computeLineFrame(QVector2D start, QVector2D end, float radius)
     if (distance(start, end) < 0.1)
         end.setX(end.x() + 1.0f);
 
-    const QVector2D way = end - start;
+    QVector2D way = end - start;
+    if (way.isNull())
+        way = {1.0f, 0.0f}; // so far out that floats cannot hold the one unit
     const float length = std::sqrt(way.y() * way.y() + way.x() * way.x());
     const QVector2D toRim(way.x() * radius / length, way.y() * radius / length);
 

@@ -5,14 +5,14 @@
 namespace NELK
 {
 
-/// Keeps `mirror` in step with a feature of `record` that has no flag of its own.
+/// Puts `record` into `set`, or takes it out.
 template <typename Record>
-void setMirrored(Record& record, bool hasFeature, QHash<qint64, Record*>& mirror)
+void setMember(QHash<qint64, Record*>& set, Record& record, bool isMember)
 {
-    if (hasFeature)
-        mirror.insert(record.id, &record);
+    if (isMember)
+        set.insert(record.id, &record);
     else
-        mirror.remove(record.id);
+        set.remove(record.id);
 }
 
 /// Gives a flag of `record` the value `value` and keeps `mirror`, the set of all records with that flag on, in step.
@@ -23,7 +23,7 @@ bool setMirrored(Record& record, bool Record::*flag, bool value, QHash<qint64, R
     if (record.*flag == value)
         return false;
     record.*flag = value;
-    setMirrored(record, value, mirror);
+    setMember(mirror, record, value);
     return true;
 }
 

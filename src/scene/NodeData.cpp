@@ -1,5 +1,7 @@
 #include "scene/NodeData.h"
 
+#include "atlas/TextCell.h"
+#include "scene/AtLeast.h"
 #include "scene/EdgeData.h"
 #include "scene/EdgeShape.h"
 #include "scene/Truncation.h"
@@ -37,10 +39,9 @@ QSize NodeData::labelBox(bool nodeTextShow) const
 
 void NodeData::resize(float factor)
 {
-    const float bounded = factor > 0.1f ? factor : 0.1f; // in this order NaN takes the floor
-    width = truncated(bounded * 256.0f);
+    width = truncated(atLeast(factor, 0.1f) * 256.0f);
     height = width;
-    circleSize = circleSize > 1.0f ? circleSize : 1.0f;
+    circleSize = atLeast(circleSize, 1.0f);
     updateCircleDiameter();
     updateBadges();
 }
@@ -62,13 +63,11 @@ void NodeData::updateBadges()
 
 void NodeData::updateAttachedEdges()
 {
-    const QList<EdgeData*> leaving = outEdges;
-    for (EdgeData* edge : leaving) {
+    for (EdgeData* edge : qAsConst(outEdges)) {
         edge->startPos = center();
         rebuildShape(*edge);
     }
-    const QList<EdgeData*> arriving = inEdges;
-    for (EdgeData* edge : arriving) {
+    for (EdgeData* edge : qAsConst(inEdges)) {
         edge->endPos = center();
         rebuildShape(*edge);
     }

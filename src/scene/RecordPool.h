@@ -38,7 +38,7 @@ public:
 
     void destroy(Record* record)
     {
-        Slot* slot = slotOf(record);
+        auto* slot = const_cast<Slot*>(slotOf(record));
         destroyIn(*slot);
         m_free.push_back(slot);
     }
@@ -59,7 +59,7 @@ public:
     }
 
     /// The serial of a record that is alive.
-    static quint64 serialOf(Record* record) { return slotOf(record)->serial; }
+    static quint64 serialOf(const Record* record) { return slotOf(record)->serial; }
 
 private:
     static constexpr quint64 noRecord = 0;
@@ -72,9 +72,9 @@ private:
 
     static constexpr std::size_t slotsPerChunk = 128;
 
-    static Slot* slotOf(Record* record)
+    static const Slot* slotOf(const Record* record)
     {
-        return reinterpret_cast<Slot*>(reinterpret_cast<std::byte*>(record) - offsetof(Slot, bytes));
+        return reinterpret_cast<const Slot*>(reinterpret_cast<const std::byte*>(record) - offsetof(Slot, bytes));
     }
 
     static void destroyIn(Slot& slot)

@@ -16,7 +16,16 @@ void makeIndependent(EdgeData& derived)
 {
     derived.baseEdge = nullptr;
     derived.maxIndex = derived.index;
+    buildLineFrame(derived); // a right-angled edge has no use for it, but edges derived from it have
     rebuildShape(derived);
+}
+
+/// Counts down the largest index of a base edge that loses the edge which has it. A base edge that was derived itself
+/// stands on a track of its own, which still counts.
+void forgetIndex(EdgeData& base, qint32 index)
+{
+    if (base.maxIndex == index && index > base.index)
+        --base.maxIndex;
 }
 
 } // namespace
@@ -73,8 +82,8 @@ void Scene::removeEdge(qint64 id)
 
     edge->startNode->outEdges.removeAll(edge);
     edge->endNode->inEdges.removeAll(edge);
-    if (EdgeData* base = edge->baseEdge; base && base->maxIndex == edge->index)
-        --base->maxIndex;
+    if (edge->baseEdge)
+        forgetIndex(*edge->baseEdge, edge->index);
     for (EdgeData* neighbour : qAsConst(edge->startNode->outEdges)) {
         if (neighbour->baseEdge == edge)
             makeIndependent(*neighbour);

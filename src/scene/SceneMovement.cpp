@@ -1,5 +1,6 @@
 #include "scene/Scene.h"
 
+#include "scene/Rectangles.h"
 #include "scene/Truncation.h"
 
 #include <algorithm>
@@ -68,7 +69,7 @@ QRect Scene::boundingRect(bool visibleOnly) const
     const float bottom = bounds.minY - margin;
     const float right = bounds.maxX + margin;
     const float top = bounds.maxY + margin;
-    return {truncated(left), truncated(top), truncated(right - left), truncated(top - bottom)};
+    return rectOfSize(truncated(left), truncated(top), truncated(right - left), truncated(top - bottom));
 }
 
 void Scene::elementsAlignToCenter()

@@ -16,7 +16,7 @@ bool startAtlases()
 {
     if (atlasesStarted)
         return false;
-    for (const int index : {0, 1})
+    for (const qint32 index : {ImageManager::entityIndex, ImageManager::wordIndex})
         ImageManager::instance(index)->startInitial();
     atlasesStarted = true;
     return true;

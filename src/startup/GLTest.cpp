@@ -19,7 +19,8 @@ void GLTest::initializeGL()
 E_GL_TEST_CODE runGLTest()
 {
     GLTest probe;
-    probe.showMinimized(); // makes the window and the context, and runs initializeGL
+    probe.setAttribute(Qt::WA_QuitOnClose, false); // it may be the only window so far
+    probe.showMinimized();                         // makes the window and the context, and runs initializeGL
     probe.close();
     return probe.result;
 }

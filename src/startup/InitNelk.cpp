@@ -32,7 +32,7 @@ E_GL_TEST_CODE INIT_NELK()
     }
     if (!probePassed)
         return GL_TEST_OK;
-    return ImageManager::instance(0)->startReload() ? GL_TEST_OK : GL_TEST_REFUSED;
+    return ImageManager::instance(ImageManager::entityIndex)->startReload() ? GL_TEST_OK : GL_TEST_REFUSED;
 }
 
 } // namespace NELK

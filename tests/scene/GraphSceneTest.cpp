@@ -317,7 +317,8 @@ void GraphSceneTest::ownOperationsEmitNothing()
     const EmissionCounter emissions(*scene);
     const EmissionCounter emissionsOfTheModel(sceneOf(*scene));
     QCOMPARE(emissions.signalsWatched(), 3);
-    const GraphNode node = scene->createNode();
+    GraphNode node = scene->createNode();
+    node.setSelect(true);
     const GraphNode other = scene->createNode(100);
     GraphEdge edge = scene->createEdge(node, other);
     scene->createEdge(101, edge, 1).setSelect(true);

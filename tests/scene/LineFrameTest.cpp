@@ -79,6 +79,7 @@ private Q_SLOTS:
     void keepsSidesRightAndLeftInEveryDirection();
     void letsTheEndsOfAShortLinePassEachOther();
     void tellsCoincidingEndsApartAlongX();
+    void tellsCoincidingEndsApartWhereFloatsHoldNoUnit();
     void tellsEndsApartBelowATenthOfAUnit_data();
     void tellsEndsApartBelowATenthOfAUnit();
     void cutsTheRadiusOfTheSidePointsOnly();
@@ -198,6 +199,24 @@ void LineFrameTest::tellsCoincidingEndsApartAlongX()
     QCOMPARE(frame.offsetEndA, QVector2D(-124.0f, -124.0f));
     QCOMPARE(frame.offsetEndB, QVector2D(-124.0f, 132.0f));
     QVERIFY(frame.lineAngle == 0.0f);
+}
+
+void LineFrameTest::tellsCoincidingEndsApartWhereFloatsHoldNoUnit()
+{
+    // Floats are 2 apart from 2^24 on.
+    const QVector2D place(20000000.0f, -30000000.0f);
+    const LineFrame frame = computeLineFrame(place, place, radius);
+    QCOMPARE(frame.lineStart, place + QVector2D(128.0f, 0.0f));
+    QCOMPARE(frame.lineEnd, place - QVector2D(128.0f, 0.0f));
+    QCOMPARE(frame.offsetStartA, place + QVector2D(128.0f, -128.0f));
+    QCOMPARE(frame.offsetEndB, place + QVector2D(-128.0f, 128.0f));
+    QVERIFY(frame.lineAngle == 0.0f);
+
+    const QVector2D fartherOut(-1e20f, 1e20f);
+    const LineFrame vanishing = computeLineFrame(fartherOut, fartherOut, radius);
+    QCOMPARE(vanishing.lineStart, fartherOut);
+    QCOMPARE(vanishing.offsetEndA, fartherOut);
+    QCOMPARE(vanishing.arrowEndBase, fartherOut);
 }
 
 void LineFrameTest::tellsEndsApartBelowATenthOfAUnit_data()

@@ -34,6 +34,10 @@ private Q_SLOTS:
     void boxHoldsWhatIsStrictlyInside_data();
     void boxHoldsWhatIsStrictlyInside();
     void boxWithoutExtentHoldsNothing();
+    void sizesMakeTheRectanglesOfQt_data();
+    void sizesMakeTheRectanglesOfQt();
+    void sizesAreHeldToTheIntegers_data();
+    void sizesAreHeldToTheIntegers();
     void cornersMakeTheSameRectangleInAnyOrder_data();
     void cornersMakeTheSameRectangleInAnyOrder();
     void cornersMayLieAtTheEndsOfTheIntegers();
@@ -129,6 +133,60 @@ void RectanglesTest::boxWithoutExtentHoldsNothing()
     QVERIFY(!insideBox(centre, -10.0f, 10.0f, centre));
     QVERIFY(!insideBox(centre, 10.0f, -10.0f, centre));
     QVERIFY(insideBox(centre, 10.0f, 10.0f, centre));
+}
+
+void RectanglesTest::sizesMakeTheRectanglesOfQt_data()
+{
+    QTest::addColumn<QRect>("rect");
+
+    QTest::newRow("ordinary") << QRect(-10, 20, 30, 40);
+    QTest::newRow("one by one") << QRect(5, 6, 1, 1);
+    QTest::newRow("without extent") << QRect(100, 50, 0, 0);
+    QTest::newRow("with a negative height") << QRect(-4000, 2400, 8000, -4800);
+}
+
+void RectanglesTest::sizesMakeTheRectanglesOfQt()
+{
+    QFETCH(QRect, rect);
+    QCOMPARE(rectOfSize(rect.left(), rect.top(), rect.width(), rect.height()), rect);
+}
+
+void RectanglesTest::sizesAreHeldToTheIntegers_data()
+{
+    QTest::addColumn<int>("near");
+    QTest::addColumn<qint64>("length");
+    QTest::addColumn<int>("far");
+
+    constexpr int lowest = std::numeric_limits<int>::min();
+    constexpr int highest = std::numeric_limits<int>::max();
+    QTest::newRow("to the last one") << 1 << qint64{highest} << highest;
+    QTest::newRow("one past the last one") << 2 << qint64{highest} << highest;
+    QTest::newRow("far past the last one") << highest << qint64{highest} << highest;
+    QTest::newRow("beyond the integers") << 0 << qint64{highest} * 4 << highest;
+    QTest::newRow("nothing at the last one") << highest << qint64{0} << highest - 1;
+    QTest::newRow("one at the first one") << lowest << qint64{1} << lowest;
+    QTest::newRow("nothing at the first one") << lowest << qint64{0} << lowest;
+    QTest::newRow("less than nothing at the first one") << lowest << qint64{-1000} << lowest;
+    QTest::newRow("most from the first one") << lowest << qint64{highest} << -2;
+}
+
+void RectanglesTest::sizesAreHeldToTheIntegers()
+{
+    QFETCH(int, near);
+    QFETCH(qint64, length);
+    QFETCH(int, far);
+
+    const QRect wide = rectOfSize(near, 3, length, 4);
+    QCOMPARE(wide.left(), near);
+    QCOMPARE(wide.right(), far);
+    QCOMPARE(wide.top(), 3);
+    QCOMPARE(wide.bottom(), 6);
+
+    const QRect high = rectOfSize(3, near, 4, length);
+    QCOMPARE(high.left(), 3);
+    QCOMPARE(high.right(), 6);
+    QCOMPARE(high.top(), near);
+    QCOMPARE(high.bottom(), far);
 }
 
 void RectanglesTest::cornersMakeTheSameRectangleInAnyOrder_data()

@@ -191,7 +191,7 @@ void Model::removeEdge(qint64 id)
     const ModelEdge edge = edges.at(removed);
     edgesById.erase(id);
     edges.erase(removed);
-    if (edge.base && edges[*edge.base].maxIndex == edge.index)
+    if (edge.base && edges[*edge.base].maxIndex == edge.index && edge.index > edges[*edge.base].index)
         --edges[*edge.base].maxIndex;
 
     for (auto& [serial, derived] : edges) {
@@ -199,6 +199,7 @@ void Model::removeEdge(qint64 id)
             continue;
         derived.base.reset();
         derived.maxIndex = derived.index;
+        derived.frame = computeLineFrame(nodes[derived.start].center(), nodes[derived.end].center(), 128.0f);
         rebuildShape(derived);
     }
 }

@@ -64,12 +64,15 @@ private Q_SLOTS:
     void survivorsOfARightAngledBaseKeepTheirTracks();
     void aRightAngledSurvivorFindsBackToItsTrack();
     void aSurvivorIsABaseEdgeItself();
+    void aRightAngledSurvivorIsABaseEdgeItself();
     void survivorsKeepTheMarginOfTheirTrack();
+    void theTrackOfASurvivorCountsWhenItsDerivedEdgesGo();
 
     void aNodeTakesThePlaceOfAnotherInAllSets();
     void edgesOfAReplacedNodeStay();
     void anEdgeTakesThePlaceOfAnotherInAllSets_data();
     void anEdgeTakesThePlaceOfAnotherInAllSets();
+    void anEdgeOutOfReachGoesWithItsNodeAndSparesTheNewer();
     void edgesDerivedFromAReplacedBaseStandOnIt();
     void replacedRecordsAreFreedWithTheirScene_data();
     void replacedRecordsAreFreedWithTheirScene();
@@ -775,6 +778,19 @@ void SceneTest::aSurvivorIsABaseEdgeItself()
     QCOMPARE(brokenInvariant(family.scene), QString());
 }
 
+void SceneTest::aRightAngledSurvivorIsABaseEdgeItself()
+{
+    Family family;
+    const QByteArray secondTrack = shapeBits(*family.scene.getEdge(Family::derivedIds[1]));
+    EdgeData* survivor = family.scene.getEdge(Family::derivedIds[0]);
+    survivor->rightAngle = true;
+    rebuildShape(*survivor);
+    family.scene.removeEdge(Family::baseId);
+    EdgeData* derived = family.scene.createEdge(20, survivor, 2);
+    QVERIFY(derived);
+    QCOMPARE(shapeBits(*derived), secondTrack);
+}
+
 void SceneTest::survivorsKeepTheMarginOfTheirTrack()
 {
     Family family({0.0f, 0.0f}, {1000.0f, 0.0f});
@@ -785,6 +801,25 @@ void SceneTest::survivorsKeepTheMarginOfTheirTrack()
     QCOMPARE(family.scene.boundingRect(false), withTrackThree);
     family.scene.removeEdge(Family::derivedIds[2]);
     QCOMPARE(family.scene.boundingRect(false), withTrackTwo);
+}
+
+void SceneTest::theTrackOfASurvivorCountsWhenItsDerivedEdgesGo()
+{
+    Family family;
+    EdgeData* survivor = family.scene.getEdge(Family::derivedIds[2]); // on track 3
+    family.scene.removeEdge(Family::baseId);
+    QCOMPARE(survivor->maxIndex, 3);
+    family.scene.createEdge(20, survivor, 3);
+    family.scene.createEdge(21, survivor, 5);
+    QCOMPARE(survivor->maxIndex, 5);
+    family.scene.removeEdge(21);
+    QCOMPARE(survivor->maxIndex, 4);
+    family.scene.createEdge(22, survivor, 4);
+    family.scene.removeEdge(22);
+    QCOMPARE(survivor->maxIndex, 3);
+    family.scene.removeEdge(20);
+    QCOMPARE(survivor->maxIndex, 3);
+    QCOMPARE(survivor->edgeMargin(), 256);
 }
 
 void SceneTest::aNodeTakesThePlaceOfAnotherInAllSets()
@@ -884,6 +919,23 @@ void SceneTest::anEdgeTakesThePlaceOfAnotherInAllSets()
     QCOMPARE(family.start->outEdges.size(), 1);
     family.scene.removeNode(Family::startId);
     QCOMPARE(entriesIn(family.scene), 0);
+}
+
+void SceneTest::anEdgeOutOfReachGoesWithItsNodeAndSparesTheNewer()
+{
+    Family family;
+    NodeData* elsewhere = addNode(family.scene, 3);
+    EdgeData* newer = family.scene.createEdge(Family::baseId, elsewhere, elsewhere);
+    mark(family.scene, newer);
+    family.scene.removeNode(Family::startId);
+    const Scene::EdgeSet left{{Family::baseId, newer}};
+    QCOMPARE(family.scene.edges, left);
+    QCOMPARE(family.scene.ringEdges, left);
+    QCOMPARE(family.scene.selectedEdges, left);
+    QCOMPARE(family.scene.labelEdges, left);
+    QVERIFY(family.scene.plainEdges.isEmpty());
+    QVERIFY(family.end->inEdges.isEmpty());
+    QCOMPARE(brokenInvariant(family.scene), QString());
 }
 
 void SceneTest::edgesDerivedFromAReplacedBaseStandOnIt()
