@@ -58,8 +58,9 @@ public:
     void setEdgeColor(const QColor& color);
     /// Width of the line in scene units, at least 8. Arrow heads grow with it.
     void setEdgeWidth(int width);
-    /// Draws the edge in three axis-parallel pieces, or as it was. Parallel edges drawn so lie on top of each other, and
-    /// edges parallel to one drawn so stay where its straight line was when it was last drawn. A ring keeps its shape.
+    /// Draws the edge in three axis-parallel pieces, or as it was. Parallel edges drawn so lie on top of each other,
+    /// and edges parallel to one drawn so stay where its straight line was when it was last drawn. A ring keeps its
+    /// shape.
     void setRightAngle(bool rightAngle);
     /// Puts this parallel edge `span` times as far off the line between its nodes as it is at first, which is 128 units
     /// for tracks 1 and 2, 256 for 3 and 4, and so on. Zero lays it on that line, a negative number on the other side;

@@ -102,7 +102,7 @@ public:
     /// texts, so call setSetNum() first. The library must have been started (see INIT_NELK).
     void setLabel(const QString& text, const QString& text2);
     /// Sets the numbers below the first text: a row of boxes, black on yellow, from left to right. They take the place
-    /// that the last setLabel() kept for them.
+    /// that the last setLabel() kept for them. The library must have been started (see INIT_NELK).
     void setSetNum(const QStringList& numbers);
     /// Colour of the characters, and behind them; both with alpha. Black on transparent at first.
     void setLabelColor(const QColor& color, const QColor& background);
@@ -112,8 +112,10 @@ public:
     /// Gives the node the icon `name` from the entity directory or, for ids from 12345678900 on, from the float
     /// directory: the file name without ".png", wherever below the directory the file lies. An unknown name shows the
     /// first icon of all. With `customFile`, `name` is the path of any image file instead; the same path again has the
-    /// file read again. The picture follows within about a second, the colour for the overview at once. Nothing happens
-    /// before the atlas of icons has arrived (see INIT_NELK).
+    /// file read again. The picture follows within about a second, the colour for the overview at once: that of the
+    /// icon's colour table, or green for a file. A file that cannot be read is blank until it is asked for again; a
+    /// relative path counts from the working directory at the time of reading. Nothing happens before the library has
+    /// been started, and an icon is not taken before its atlas has arrived (see INIT_NELK).
     void setImage(const QString& name, bool customFile);
     /// Does nothing. Icons go by name.
     void setImage(int image);

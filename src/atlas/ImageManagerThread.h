@@ -44,7 +44,7 @@ public:
 
     /// Says what the next run does. Not while a run is under way.
     void setMode(E_BUILD_MODE nextMode) { mode = nextMode; }
-    /// Whether the first build has been done. Not while a run is under way.
+    /// Whether the first build has been done. Only builds change it, and these are waited for.
     bool isInitialized() const { return initialized; }
     /// Has the picture of a cell painted again by the next repaint.
     void markForRepaint(qint32 id);

@@ -1,6 +1,6 @@
 #include "scene/Scene.h"
 
-#include "scene/ElementHitTests.h"
+#include "scene/ElementHits.h"
 #include "scene/MirroredFlag.h"
 
 namespace NELK

@@ -276,7 +276,7 @@ void GlyphFaceTest::hasNoGlyphsWithoutAFont()
     GlyphFace face;
     QVERIFY(hasNoGlyph(face, 'A')); // never opened
     openFile(face, path);
-    for (const quint16 code : {'A', ' ', '\0'})
+    for (const quint16 code : {u'A', u' ', u'\0'})
         QVERIFY(hasNoGlyph(face, code));
 }
 

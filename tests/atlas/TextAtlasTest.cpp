@@ -50,7 +50,6 @@ namespace
 constexpr int cellEdge = 76;
 constexpr int baseline = 60;
 constexpr int firstCells = 95 + 3500;
-constexpr int firstGridEdge = 60;
 
 /// The cell that is handed out as the `index`-th, counted from 0: its column and row.
 QPoint cellPlace(int index)
@@ -80,24 +79,23 @@ public:
     {
         static const ExpectedAtlas painted = [] {
             ExpectedAtlas atlas;
-            for (const quint16 code : firstCharacters())
-                atlas.paint(code, atlas.nextPlace());
+            const QList<quint16> codes = firstCharacters();
+            atlas.m_cells = codes.size();
+            for (int i = 0; i < codes.size(); ++i)
+                atlas.paint(codes.at(i), cellPlace(i));
             return atlas;
         }();
         return painted;
     }
 
-    /// The place of the next cell. The image grows with it.
-    QPoint nextPlace()
-    {
-        const QPoint place = cellPlace(m_cells++);
-        if (std::max(place.x(), place.y()) * cellEdge >= m_edge)
-            grow();
-        return place;
-    }
+    /// The place of the next cell.
+    QPoint nextPlace() { return cellPlace(m_cells++); }
 
+    /// Paints a character into a cell. The image first grows to hold all cells that there are.
     void paint(quint16 code, QPoint cell)
     {
+        const QPoint lastPlace = cellPlace(m_cells - 1);
+        grow((std::max(lastPlace.x(), lastPlace.y()) + 1) * cellEdge);
         const ReferenceFace::Glyph glyph = reference().glyph(code);
         const int left = cell.x() * cellEdge + glyph.metrics.left;
         const int top = cell.y() * cellEdge + std::min(baseline - glyph.metrics.top, baseline);
@@ -143,14 +141,15 @@ public:
     }
 
 private:
-    void grow()
+    void grow(int edge)
     {
+        if (edge <= m_edge)
+            return;
         const std::vector<quint8> former = m_coverage;
-        const int formerEdge = m_edge;
-        m_edge += cellEdge;
-        m_coverage.assign(static_cast<std::size_t>(m_edge * m_edge), 0);
-        for (int y = 0; y < formerEdge; ++y)
-            std::copy_n(former.data() + y * formerEdge, formerEdge, m_coverage.data() + y * m_edge);
+        m_coverage.assign(static_cast<std::size_t>(edge * edge), 0);
+        for (int y = 0; y < m_edge; ++y)
+            std::copy_n(former.data() + y * m_edge, m_edge, m_coverage.data() + y * edge);
+        m_edge = edge;
     }
 
     /// One coverage over the other, rounded.
@@ -160,8 +159,8 @@ private:
     }
 
     int m_cells = 0;
-    int m_edge = firstGridEdge * cellEdge;
-    std::vector<quint8> m_coverage = std::vector<quint8>(static_cast<std::size_t>(m_edge * m_edge), 0);
+    int m_edge = 0;
+    std::vector<quint8> m_coverage;
 };
 
 /// Characters that the first build does not have.
@@ -453,23 +452,24 @@ void TextAtlasTest::requestsDuringARepaintAreMeasuredAndPaintedLater()
     TextAtlas atlas;
     atlas.build();
     ExpectedAtlas expected = ExpectedAtlas::afterTheFirstBuild();
-    requestAll(atlas, expected, hangul(0, 3000));
+    requestAll(atlas, expected, hangul(0, 1500));
+    QList<SImageCell> later;
     atlas.startTick();
-    QMap<quint16, SImageCell> later;
-    for (const quint16 code : hangul(3000, 8000)) {
+    for (const quint16 code : hangul(1500, 3000)) {
         if (later.size() >= 100 && atlas.thread().isFinished())
             break;
-        later.insert(code, atlas.request(code));
+        later.append(atlas.request(code));
     }
     atlas.manager().waitForRun();
     atlas.receive();
     atlas.tick();
-    for (auto cell = later.cbegin(); cell != later.cend(); ++cell) {
-        const QPoint place = expected.nextPlace();
-        QCOMPARE(placeOf(*cell), place);
-        QCOMPARE(metricsOf(*cell), metricsText(reference().glyph(cell.key()).metrics));
-        expected.paint(cell.key(), place);
+
+    for (const SImageCell& cell : qAsConst(later)) {
+        QCOMPARE(placeOf(cell), expected.nextPlace());
+        QCOMPARE(metricsOf(cell), metricsText(reference().glyph(static_cast<quint16>(cell.id)).metrics));
     }
+    for (const SImageCell& cell : qAsConst(later))
+        expected.paint(static_cast<quint16>(cell.id), placeOf(cell));
     QCOMPARE(expected.differenceTo(atlas.image()), QString());
 }
 

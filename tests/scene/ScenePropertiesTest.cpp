@@ -1,4 +1,4 @@
-#include "scene/ElementHitTests.h"
+#include "scene/ElementHits.h"
 #include "scene/LineFrame.h"
 #include "scene/ModelMatrices.h"
 #include "scene/Scene.h"

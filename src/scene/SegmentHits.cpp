@@ -1,4 +1,4 @@
-#include "scene/SegmentTests.h"
+#include "scene/SegmentHits.h"
 
 #include "scene/Distance.h"
 #include "scene/Truncation.h"

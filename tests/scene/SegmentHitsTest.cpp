@@ -1,4 +1,4 @@
-#include "scene/SegmentTests.h"
+#include "scene/SegmentHits.h"
 
 #include "support/PlanePoint.h"
 #include "support/RandomPlane.h"
@@ -147,7 +147,7 @@ QPoint cut(QVector2D point)
 
 } // namespace
 
-class SegmentTestsTest : public QObject
+class SegmentHitsTest : public QObject
 {
     Q_OBJECT
 
@@ -181,7 +181,7 @@ private Q_SLOTS:
     void crossedFramesAreThoseOfTheReference();
 };
 
-void SegmentTestsTest::nearMeansLessThanTheTolerance_data()
+void SegmentHitsTest::nearMeansLessThanTheTolerance_data()
 {
     QTest::addColumn<QVector2D>("end");
     QTest::addColumn<QVector2D>("point");
@@ -210,7 +210,7 @@ void SegmentTestsTest::nearMeansLessThanTheTolerance_data()
     QTest::newRow("sloped, farther") << QVector2D(400.0f, 300.0f) << QVector2D(196.4f, 154.8f) << false;
 }
 
-void SegmentTestsTest::nearMeansLessThanTheTolerance()
+void SegmentHitsTest::nearMeansLessThanTheTolerance()
 {
     QFETCH(QVector2D, end);
     QFETCH(QVector2D, point);
@@ -219,7 +219,7 @@ void SegmentTestsTest::nearMeansLessThanTheTolerance()
     QCOMPARE(nearSegment(end, {0.0f, 0.0f}, 5.0f, point), near);
 }
 
-void SegmentTestsTest::nothingIsNearBeyondAnEnd_data()
+void SegmentHitsTest::nothingIsNearBeyondAnEnd_data()
 {
     QTest::addColumn<QVector2D>("start");
     QTest::addColumn<QVector2D>("end");
@@ -255,7 +255,7 @@ void SegmentTestsTest::nothingIsNearBeyondAnEnd_data()
     QTest::newRow("past the top of a slope") << foot << top << QVector2D(398.5f, 303.0f) << false;
 }
 
-void SegmentTestsTest::nothingIsNearBeyondAnEnd()
+void SegmentHitsTest::nothingIsNearBeyondAnEnd()
 {
     QFETCH(QVector2D, start);
     QFETCH(QVector2D, end);
@@ -265,7 +265,7 @@ void SegmentTestsTest::nothingIsNearBeyondAnEnd()
     QCOMPARE(nearSegment(end, start, 5.0f, point), near);
 }
 
-void SegmentTestsTest::nothingIsNearOutsideTheBoxInBothAxes()
+void SegmentHitsTest::nothingIsNearOutsideTheBoxInBothAxes()
 {
     const QVector2D start(0.0f, 0.0f);
     const QVector2D end(100.0f, 2.0f);
@@ -278,7 +278,7 @@ void SegmentTestsTest::nothingIsNearOutsideTheBoxInBothAxes()
     QVERIFY(!nearSegment(start, end, 10.0f, {100.01f, -6.0f}));
 }
 
-void SegmentTestsTest::shortSegmentsCountAsTheirFirstEnd_data()
+void SegmentHitsTest::shortSegmentsCountAsTheirFirstEnd_data()
 {
     QTest::addColumn<QVector2D>("end");
     QTest::addColumn<bool>("countsAsPoint");
@@ -294,7 +294,7 @@ void SegmentTestsTest::shortSegmentsCountAsTheirFirstEnd_data()
     QTest::newRow("three units") << QVector2D(-3.0f, 0.0f) << false;
 }
 
-void SegmentTestsTest::shortSegmentsCountAsTheirFirstEnd()
+void SegmentHitsTest::shortSegmentsCountAsTheirFirstEnd()
 {
     QFETCH(QVector2D, end);
     QFETCH(bool, countsAsPoint);
@@ -302,7 +302,7 @@ void SegmentTestsTest::shortSegmentsCountAsTheirFirstEnd()
     QCOMPARE(nearSegment({0.0f, 0.0f}, end, 10.0f, end * -2.0f), countsAsPoint);
 }
 
-void SegmentTestsTest::shortSegmentsAreNearAllAround()
+void SegmentHitsTest::shortSegmentsAreNearAllAround()
 {
     const QVector2D a(100.0f, 200.0f);
     const QVector2D b(101.0f, 200.0f);
@@ -321,7 +321,7 @@ void SegmentTestsTest::shortSegmentsAreNearAllAround()
     QVERIFY(nearSegment(farOut, farOut, above(5.0f), farOut + QVector2D(3.0f, 4.0f)));
 }
 
-void SegmentTestsTest::nothingIsNearWithoutTolerance()
+void SegmentHitsTest::nothingIsNearWithoutTolerance()
 {
     QVERIFY(!nearSegment({0.0f, 0.0f}, {100.0f, 0.0f}, 0.0f, {50.0f, 0.0f}));
     QVERIFY(!nearSegment({0.0f, 0.0f}, {100.0f, 0.0f}, -1.0f, {50.0f, 0.0f}));
@@ -329,7 +329,7 @@ void SegmentTestsTest::nothingIsNearWithoutTolerance()
     QVERIFY(!nearSegment({0.0f, 0.0f}, {1.0f, 0.0f}, -1.0f, {0.0f, 0.0f}));
 }
 
-void SegmentTestsTest::nearPointsAreThoseOfTheReference()
+void SegmentHitsTest::nearPointsAreThoseOfTheReference()
 {
     RandomPlane random(51);
     int nearCount = 0;
@@ -353,7 +353,7 @@ void SegmentTestsTest::nearPointsAreThoseOfTheReference()
     QVERIFY(farCount > 5000);
 }
 
-void SegmentTestsTest::betweenEndsCountsTheEndsOfStraightSegments_data()
+void SegmentHitsTest::betweenEndsCountsTheEndsOfStraightSegments_data()
 {
     QTest::addColumn<QVector2D>("start");
     QTest::addColumn<QVector2D>("end");
@@ -380,7 +380,7 @@ void SegmentTestsTest::betweenEndsCountsTheEndsOfStraightSegments_data()
     QTest::newRow("a point, off its level") << left << left << QVector2D(10.0f, above(20.0f)) << false;
 }
 
-void SegmentTestsTest::betweenEndsCountsTheEndsOfStraightSegments()
+void SegmentHitsTest::betweenEndsCountsTheEndsOfStraightSegments()
 {
     QFETCH(QVector2D, start);
     QFETCH(QVector2D, end);
@@ -390,7 +390,7 @@ void SegmentTestsTest::betweenEndsCountsTheEndsOfStraightSegments()
     QCOMPARE(betweenSegmentEnds(end, start, point, 5.0f), between);
 }
 
-void SegmentTestsTest::betweenEndsTakesHairSlopesForStraight()
+void SegmentHitsTest::betweenEndsTakesHairSlopesForStraight()
 {
     // A million units to the side a slope of a hair in a hundred makes for as much as a hundredth of a unit: the point
     // is on the level of the end, but past the square through it.
@@ -407,7 +407,7 @@ void SegmentTestsTest::betweenEndsTakesHairSlopesForStraight()
     QVERIFY(!betweenSegmentEnds(origin, {100.0f, moreThanAHair}, farUp, 5.0f));
 }
 
-void SegmentTestsTest::betweenEndsIsSquareToSlopedSegments_data()
+void SegmentHitsTest::betweenEndsIsSquareToSlopedSegments_data()
 {
     QTest::addColumn<QVector2D>("start");
     QTest::addColumn<QVector2D>("end");
@@ -419,7 +419,7 @@ void SegmentTestsTest::betweenEndsIsSquareToSlopedSegments_data()
     QTest::newRow("short") << QVector2D(3.0f, 4.0f) << QVector2D(5.0f, 7.0f);
 }
 
-void SegmentTestsTest::betweenEndsIsSquareToSlopedSegments()
+void SegmentHitsTest::betweenEndsIsSquareToSlopedSegments()
 {
     QFETCH(QVector2D, start);
     QFETCH(QVector2D, end);
@@ -443,7 +443,7 @@ void SegmentTestsTest::betweenEndsIsSquareToSlopedSegments()
     }
 }
 
-void SegmentTestsTest::betweenEndsMatchesTheReference()
+void SegmentHitsTest::betweenEndsMatchesTheReference()
 {
     RandomPlane random(52);
     int betweenCount = 0;
@@ -466,7 +466,7 @@ void SegmentTestsTest::betweenEndsMatchesTheReference()
     QVERIFY(beyondCount > 5000);
 }
 
-void SegmentTestsTest::framesAreCrossedAsTold_data()
+void SegmentHitsTest::framesAreCrossedAsTold_data()
 {
     QTest::addColumn<QVector2D>("a");
     QTest::addColumn<QVector2D>("b");
@@ -506,7 +506,7 @@ void SegmentTestsTest::framesAreCrossedAsTold_data()
     row("a point outside", {-1.0f, 50.0f}, {-1.0f, 50.0f}, false, false);
 }
 
-void SegmentTestsTest::framesAreCrossedAsTold()
+void SegmentHitsTest::framesAreCrossedAsTold()
 {
     QFETCH(QVector2D, a);
     QFETCH(QVector2D, b);
@@ -521,7 +521,7 @@ void SegmentTestsTest::framesAreCrossedAsTold()
     QCOMPARE(segmentCrossesFrame(leftTop, rightBottom, b, a, true), whole);
 }
 
-void SegmentTestsTest::framesMayHaveTheirCornersInAnyOrder()
+void SegmentHitsTest::framesMayHaveTheirCornersInAnyOrder()
 {
     const QVector2D corners[] = {{0.0f, 0.0f}, {200.0f, 100.0f}, {0.0f, 100.0f}, {200.0f, 0.0f}};
     for (int i = 0; i < 4; ++i) {
@@ -533,7 +533,7 @@ void SegmentTestsTest::framesMayHaveTheirCornersInAnyOrder()
     }
 }
 
-void SegmentTestsTest::framesCutCoordinatesTowardZero_data()
+void SegmentHitsTest::framesCutCoordinatesTowardZero_data()
 {
     QTest::addColumn<QVector2D>("leftTop");
     QTest::addColumn<QVector2D>("rightBottom");
@@ -563,7 +563,7 @@ void SegmentTestsTest::framesCutCoordinatesTowardZero_data()
     QTest::newRow("below the cut frame") << cutLeftTop << cutRightBottom << QVector2D(0.0f, -6.0f) << false;
 }
 
-void SegmentTestsTest::framesCutCoordinatesTowardZero()
+void SegmentHitsTest::framesCutCoordinatesTowardZero()
 {
     QFETCH(QVector2D, leftTop);
     QFETCH(QVector2D, rightBottom);
@@ -576,7 +576,7 @@ void SegmentTestsTest::framesCutCoordinatesTowardZero()
     QCOMPARE(segmentCrossesFrame(leftTop, rightBottom, {3.0f, 3.0f}, point, true), inside);
 }
 
-void SegmentTestsTest::framesOneUnitHighHoldNothing()
+void SegmentHitsTest::framesOneUnitHighHoldNothing()
 {
     // QRect takes a bottom one above the top for a rectangle without height. Its sides can still be crossed.
     const QVector2D leftTop(0.0f, 1.0f);
@@ -587,7 +587,7 @@ void SegmentTestsTest::framesOneUnitHighHoldNothing()
     QVERIFY(segmentCrossesFrame({0.0f, 2.0f}, rightBottom, {2.0f, 0.0f}, {8.0f, 0.0f}, true));
 }
 
-void SegmentTestsTest::framesWithoutExtentHoldTheirPoint()
+void SegmentHitsTest::framesWithoutExtentHoldTheirPoint()
 {
     const QVector2D place(5.0f, 5.0f);
     QVERIFY(segmentCrossesFrame(place, place, place, place, true));
@@ -600,7 +600,7 @@ void SegmentTestsTest::framesWithoutExtentHoldTheirPoint()
     QVERIFY(segmentCrossesFrame({5.0f, 10.0f}, {5.0f, 0.0f}, {5.0f, 2.0f}, {5.0f, 8.0f}, true));
 }
 
-void SegmentTestsTest::framesAreCrossedByEndlessSegments()
+void SegmentHitsTest::framesAreCrossedByEndlessSegments()
 {
     // Coordinates beyond the integers are held to their range.
     const QVector2D leftTop(-100.0f, 100.0f);
@@ -611,7 +611,7 @@ void SegmentTestsTest::framesAreCrossedByEndlessSegments()
     QVERIFY(segmentCrossesFrame({-2e9f, 2e9f}, {1e30f, -2e9f}, {-7.0f, 3.0f}, {8e9f, 5.0f}, true));
 }
 
-void SegmentTestsTest::crossedFramesAreThoseOfTheReference()
+void SegmentHitsTest::crossedFramesAreThoseOfTheReference()
 {
     RandomPlane random(53);
     int crossedCount = 0;
@@ -641,6 +641,6 @@ void SegmentTestsTest::crossedFramesAreThoseOfTheReference()
     QVERIFY(crossedCount < 90000);
 }
 
-QTEST_APPLESS_MAIN(SegmentTestsTest)
+QTEST_APPLESS_MAIN(SegmentHitsTest)
 
-#include "SegmentTestsTest.moc"
+#include "SegmentHitsTest.moc"

@@ -1,4 +1,4 @@
-#include "scene/ElementHitTests.h"
+#include "scene/ElementHits.h"
 
 #include "scene/EdgeData.h"
 #include "scene/EdgeShape.h"
@@ -17,7 +17,7 @@
 
 using namespace NELK;
 
-class ElementHitTestsTest : public QObject
+class ElementHitsTest : public QObject
 {
     Q_OBJECT
 
@@ -223,7 +223,7 @@ void randomizeBody(NodeData& node, Random& random)
 
 } // namespace
 
-void ElementHitTestsTest::passesOverHiddenElements()
+void ElementHitsTest::passesOverHiddenElements()
 {
     Ends ends({0.0f, 0.0f}, {1000.0f, 0.0f});
     EdgeData edge(ends.start, ends.end);
@@ -238,7 +238,7 @@ void ElementHitTestsTest::passesOverHiddenElements()
     QVERIFY(!isPickable(edge));
 }
 
-void ElementHitTestsTest::passesOverNodesFromTheIdLimitOn()
+void ElementHitsTest::passesOverNodesFromTheIdLimitOn()
 {
     Ends ends({0.0f, 0.0f}, {1000.0f, 0.0f});
     ends.start.id = 12345678899;
@@ -255,7 +255,7 @@ void ElementHitTestsTest::passesOverNodesFromTheIdLimitOn()
     QVERIFY(isPickable(edge));
 }
 
-void ElementHitTestsTest::countsTheRimOfACircle()
+void ElementHitsTest::countsTheRimOfACircle()
 {
     NodeData node;
     showCircle(node, 362);
@@ -269,7 +269,7 @@ void ElementHitTestsTest::countsTheRimOfACircle()
     QVERIFY(!nodeAtPoint({1130.0f, -630.0f}, node, true)); // in the corner of the circle's box
 }
 
-void ElementHitTestsTest::doesNotCountTheSidesOfAPlainIcon()
+void ElementHitsTest::doesNotCountTheSidesOfAPlainIcon()
 {
     const NodeData node;
     for (const float side : {128.0f, -128.0f}) {
@@ -280,7 +280,7 @@ void ElementHitTestsTest::doesNotCountTheSidesOfAPlainIcon()
     }
 }
 
-void ElementHitTestsTest::halvesBodiesInWholeUnits()
+void ElementHitsTest::halvesBodiesInWholeUnits()
 {
     NodeData node;
     node.resize(0.0f);
@@ -293,7 +293,7 @@ void ElementHitTestsTest::halvesBodiesInWholeUnits()
     QVERIFY(beginsAt(17.0f, -1.0f, [&](float x) { return nodeAtPoint({x, 0.0f}, node, true); }));
 }
 
-void ElementHitTestsTest::meetsTheRimOfABigCircleExactly_data()
+void ElementHitsTest::meetsTheRimOfABigCircleExactly_data()
 {
     QTest::addColumn<int>("radius");
     QTest::addColumn<QVector2D>("fromCentre");
@@ -309,7 +309,7 @@ void ElementHitTestsTest::meetsTheRimOfABigCircleExactly_data()
     QTest::newRow("beside the rim of 12003") << 12003 << QVector2D(12003.0f, 1.0f) << false;
 }
 
-void ElementHitTestsTest::meetsTheRimOfABigCircleExactly()
+void ElementHitsTest::meetsTheRimOfABigCircleExactly()
 {
     QFETCH(int, radius);
     QFETCH(QVector2D, fromCentre);
@@ -322,7 +322,7 @@ void ElementHitTestsTest::meetsTheRimOfABigCircleExactly()
     QCOMPARE(nodeAtPoint(node.center() + fromCentre, node, true), hit);
 }
 
-void ElementHitTestsTest::hangsTheLabelBelowTheIcon()
+void ElementHitsTest::hangsTheLabelBelowTheIcon()
 {
     NodeData node;
     place(node, 100.0f, 50.0f);
@@ -337,7 +337,7 @@ void ElementHitTestsTest::hangsTheLabelBelowTheIcon()
     QVERIFY(!nodeAtPoint({240.0f, 50.0f}, node, true));
 }
 
-void ElementHitTestsTest::hangsTheLabelBelowTheCircle()
+void ElementHitsTest::hangsTheLabelBelowTheCircle()
 {
     NodeData node;
     setLabel(node, 40, 40);
@@ -350,7 +350,7 @@ void ElementHitTestsTest::hangsTheLabelBelowTheCircle()
     QVERIFY(!nodeAtPoint({20.0f, -201.0f}, node, true));
 }
 
-void ElementHitTestsTest::doesNotCountTheSidesOfALabel()
+void ElementHitsTest::doesNotCountTheSidesOfALabel()
 {
     NodeData node;
     setLabel(node, 301, 41);
@@ -364,7 +364,7 @@ void ElementHitTestsTest::doesNotCountTheSidesOfALabel()
     QVERIFY(beginsBeyond(-127.5f, -1.0f, [&](float y) { return nodeAtPoint({140.0f, y}, node, true); }));
 }
 
-void ElementHitTestsTest::takesTheSetNumbersForTheLabelWithoutNodeText()
+void ElementHitsTest::takesTheSetNumbersForTheLabelWithoutNodeText()
 {
     NodeData node;
     setLabel(node, 300, 40);
@@ -378,7 +378,7 @@ void ElementHitTestsTest::takesTheSetNumbersForTheLabelWithoutNodeText()
     QVERIFY(!nodeAtPoint({249.0f, -227.0f}, node, true));
 }
 
-void ElementHitTestsTest::hitsNothingOfANodeWithoutLabelBelowIt()
+void ElementHitsTest::hitsNothingOfANodeWithoutLabelBelowIt()
 {
     const NodeData node;
     for (const float y : {-128.0f, std::nextafter(-128.0f, -129.0f), -129.0f}) {
@@ -408,7 +408,7 @@ bool expectedAtPoint(QVector2D point, const NodeData& node, bool nodeTextShow)
 
 } // namespace
 
-void ElementHitTestsTest::agreesWithExactArithmeticOnNodesAtPoints()
+void ElementHitsTest::agreesWithExactArithmeticOnNodesAtPoints()
 {
     Random random;
     Answers answers;
@@ -424,7 +424,7 @@ void ElementHitTestsTest::agreesWithExactArithmeticOnNodesAtPoints()
     QVERIFY(answers.bothAtLeast(2000));
 }
 
-void ElementHitTestsTest::doesNotCountFramesThatOnlyTouchTheIcon()
+void ElementHitsTest::doesNotCountFramesThatOnlyTouchTheIcon()
 {
     NodeData node;
     place(node, 1000.0f, 500.0f);
@@ -439,7 +439,7 @@ void ElementHitTestsTest::doesNotCountFramesThatOnlyTouchTheIcon()
     }
 }
 
-void ElementHitTestsTest::measuresAFrameAgainstTheCircleWhereThatIsOn()
+void ElementHitsTest::measuresAFrameAgainstTheCircleWhereThatIsOn()
 {
     NodeData node;
     showCircle(node, 362);
@@ -456,7 +456,7 @@ void ElementHitTestsTest::measuresAFrameAgainstTheCircleWhereThatIsOn()
     QVERIFY(nodeHit(node, {170.0f, 1000.0f, 1000.0f, 170.0f}));
 }
 
-void ElementHitTestsTest::halvesBodiesInWholeUnitsForFrames()
+void ElementHitsTest::halvesBodiesInWholeUnitsForFrames()
 {
     NodeData node;
     node.resize(0.0f);
@@ -470,7 +470,7 @@ void ElementHitTestsTest::halvesBodiesInWholeUnitsForFrames()
     QVERIFY(beginsBeyond(-17.0f, 1.0f, hitWithRight));
 }
 
-void ElementHitTestsTest::doesNotCountFramesThatOnlyTouchTheLabel()
+void ElementHitsTest::doesNotCountFramesThatOnlyTouchTheLabel()
 {
     NodeData node;
     setLabel(node, 301, 41);
@@ -496,7 +496,7 @@ void ElementHitTestsTest::doesNotCountFramesThatOnlyTouchTheLabel()
     QVERIFY(beginsBeyond(-222.0f, 1.0f, [&](float top) { return nodeHit(node, below.with(&Frame::top, top)); }));
 }
 
-void ElementHitTestsTest::measuresAFrameAgainstTheSetNumbersWithoutNodeText()
+void ElementHitsTest::measuresAFrameAgainstTheSetNumbersWithoutNodeText()
 {
     NodeData node;
     setLabel(node, 300, 40);
@@ -512,7 +512,7 @@ void ElementHitTestsTest::measuresAFrameAgainstTheSetNumbersWithoutNodeText()
     QVERIFY(!nodeHit(node, onSetNumbers.with(&Frame::top, -228.0f), false));
 }
 
-void ElementHitTestsTest::takesFramesWithoutExtent()
+void ElementHitsTest::takesFramesWithoutExtent()
 {
     NodeData node;
     QVERIFY(nodeHit(node, {50.0f, 50.0f, 50.0f, 50.0f}));
@@ -559,7 +559,7 @@ Frame randomFrame(Random& random)
 
 } // namespace
 
-void ElementHitTestsTest::agreesWithExactArithmeticOnNodesInFrames()
+void ElementHitsTest::agreesWithExactArithmeticOnNodesInFrames()
 {
     Random random;
     Answers answers;
@@ -575,7 +575,7 @@ void ElementHitTestsTest::agreesWithExactArithmeticOnNodesInFrames()
     QVERIFY(answers.bothAtLeast(2000));
 }
 
-void ElementHitTestsTest::hitsARingOnItsBandOnly()
+void ElementHitsTest::hitsARingOnItsBandOnly()
 {
     const RingAtOrigin ring;
     QCOMPARE(ring.edge.startPos.x(), 0.0f);
@@ -597,7 +597,7 @@ void ElementHitTestsTest::hitsARingOnItsBandOnly()
     QVERIFY(beginsBeyond(185.0f, -1.0f, [&](float y) { return edgeNearPoint({0.0f, y}, broad.edge, 4); }));
 }
 
-void ElementHitTestsTest::halvesTheRingDiameterInWholeUnits()
+void ElementHitsTest::halvesTheRingDiameterInWholeUnits()
 {
     RingAtOrigin ring;
     ring.edge.ringDiameter = 363;
@@ -605,7 +605,7 @@ void ElementHitTestsTest::halvesTheRingDiameterInWholeUnits()
     QVERIFY(beginsBeyond(173.0f, 1.0f, [&](float x) { return edgeNearPoint({x, 0.0f}, ring.edge, 0); }));
 }
 
-void ElementHitTestsTest::fillsTheHoleOfARingThatIsNarrowerThanTheTolerance()
+void ElementHitsTest::fillsTheHoleOfARingThatIsNarrowerThanTheTolerance()
 {
     RingAtOrigin ring;
     ring.edge.ringDiameter = 35;
@@ -615,7 +615,7 @@ void ElementHitTestsTest::fillsTheHoleOfARingThatIsNarrowerThanTheTolerance()
     QVERIFY(edgeNearPoint({0.0f, 0.0f}, ring.edge, 10));
 }
 
-void ElementHitTestsTest::meetsTheRimsOfABigRingExactly_data()
+void ElementHitsTest::meetsTheRimsOfABigRingExactly_data()
 {
     QTest::addColumn<QVector2D>("fromCentre");
     QTest::addColumn<bool>("hit");
@@ -630,7 +630,7 @@ void ElementHitTestsTest::meetsTheRimsOfABigRingExactly_data()
     QTest::newRow("5081") << QVector2D(4720.0f, 1881.0f) << false;
 }
 
-void ElementHitTestsTest::meetsTheRimsOfABigRingExactly()
+void ElementHitsTest::meetsTheRimsOfABigRingExactly()
 {
     QFETCH(QVector2D, fromCentre);
     QFETCH(bool, hit);
@@ -642,7 +642,7 @@ void ElementHitTestsTest::meetsTheRimsOfABigRingExactly()
     QCOMPARE(edgeNearPoint(ring.edge.startPos + fromCentre, ring.edge, 0), hit);
 }
 
-void ElementHitTestsTest::ignoresARightAngleOnARing()
+void ElementHitsTest::ignoresARightAngleOnARing()
 {
     RingAtOrigin ring;
     ring.edge.rightAngle = true;
@@ -653,7 +653,7 @@ void ElementHitTestsTest::ignoresARightAngleOnARing()
     QVERIFY(!edgeHit(ring.edge, {-10.0f, 10.0f, 10.0f, -10.0f}));
 }
 
-void ElementHitTestsTest::hitsAStraightEdgeNearerThanItsWidth()
+void ElementHitsTest::hitsAStraightEdgeNearerThanItsWidth()
 {
     Ends ends({0.0f, 0.0f}, {1000.0f, 0.0f});
     EdgeData edge(ends.start, ends.end);
@@ -665,7 +665,7 @@ void ElementHitTestsTest::hitsAStraightEdgeNearerThanItsWidth()
     QVERIFY(beginsBeyond(25.0f, -1.0f, [&](float y) { return edgeNearPoint({500.0f, y}, edge, 4); }));
 }
 
-void ElementHitTestsTest::hitsAStraightEdgeFromCentreToCentre()
+void ElementHitsTest::hitsAStraightEdgeFromCentreToCentre()
 {
     Ends ends({0.0f, 0.0f}, {1000.0f, 0.0f});
     const EdgeData edge(ends.start, ends.end);
@@ -675,7 +675,7 @@ void ElementHitTestsTest::hitsAStraightEdgeFromCentreToCentre()
     }
 }
 
-void ElementHitTestsTest::hitsASlantingEdgeOnEitherSide()
+void ElementHitsTest::hitsASlantingEdgeOnEitherSide()
 {
     Ends ends({1000.0f, 0.0f}, {1600.0f, 800.0f});
     const EdgeData edge(ends.start, ends.end);
@@ -698,7 +698,7 @@ void ElementHitTestsTest::hitsASlantingEdgeOnEitherSide()
     }
 }
 
-void ElementHitTestsTest::hitsARightAngledEdgeOnItsPieces_data()
+void ElementHitsTest::hitsARightAngledEdgeOnItsPieces_data()
 {
     QTest::addColumn<QVector2D>("start");
     QTest::addColumn<QVector2D>("end");
@@ -707,7 +707,7 @@ void ElementHitTestsTest::hitsARightAngledEdgeOnItsPieces_data()
     QTest::newRow("from the lower end") << QVector2D(800.0f, -1000.0f) << QVector2D(0.0f, 0.0f);
 }
 
-void ElementHitTestsTest::hitsARightAngledEdgeOnItsPieces()
+void ElementHitsTest::hitsARightAngledEdgeOnItsPieces()
 {
     QFETCH(QVector2D, start);
     QFETCH(QVector2D, end);
@@ -732,7 +732,7 @@ void ElementHitTestsTest::hitsARightAngledEdgeOnItsPieces()
     QVERIFY(!edgeNearPoint({400.0f, -750.0f}, edge, 4));
 }
 
-void ElementHitTestsTest::hitsALevelRightAngledEdge()
+void ElementHitsTest::hitsALevelRightAngledEdge()
 {
     Ends ends({0.0f, 0.0f}, {800.0f, 0.0f});
     EdgeData edge(ends.start, ends.end);
@@ -745,7 +745,7 @@ void ElementHitTestsTest::hitsALevelRightAngledEdge()
     QVERIFY(beginsBeyond(812.0f, -1.0f, [&](float x) { return edgeNearPoint({x, 0.0f}, edge, 4); }));
 }
 
-void ElementHitTestsTest::hitsAParallelEdgeOnItsTrack()
+void ElementHitsTest::hitsAParallelEdgeOnItsTrack()
 {
     Ends ends({0.0f, 0.0f}, {1000.0f, 0.0f});
     EdgeData base(ends.start, ends.end);
@@ -763,7 +763,7 @@ void ElementHitTestsTest::hitsAParallelEdgeOnItsTrack()
     QVERIFY(!edgeNearPoint({500.0f, -128.0f}, base, 4));
 }
 
-void ElementHitTestsTest::hitsAnEdgeThatOutlivedItsBaseOnItsTrack()
+void ElementHitsTest::hitsAnEdgeThatOutlivedItsBaseOnItsTrack()
 {
     Ends ends({0.0f, 0.0f}, {1000.0f, 0.0f});
     EdgeData base(ends.start, ends.end);
@@ -776,7 +776,7 @@ void ElementHitTestsTest::hitsAnEdgeThatOutlivedItsBaseOnItsTrack()
     QVERIFY(!edgeHit(derived, {400.0f, 10.0f, 600.0f, -10.0f}));
 }
 
-void ElementHitTestsTest::drawsARightAngleBeforeATrack()
+void ElementHitsTest::drawsARightAngleBeforeATrack()
 {
     Ends ends({0.0f, 0.0f}, {800.0f, -1000.0f});
     EdgeData base(ends.start, ends.end);
@@ -795,7 +795,7 @@ void ElementHitTestsTest::drawsARightAngleBeforeATrack()
     QVERIFY(edgeHit(upwardDerived, {-10.0f, -90.0f, 10.0f, -110.0f}));
 }
 
-void ElementHitTestsTest::reachesAsFarAsTheLargestTolerance()
+void ElementHitsTest::reachesAsFarAsTheLargestTolerance()
 {
     constexpr int largest = std::numeric_limits<int>::max();
     Ends ends({0.0f, 0.0f}, {1000.0f, 0.0f});
@@ -891,7 +891,7 @@ QVector2D pointNear(const Pieces& pieces, Random& random)
 
 } // namespace
 
-void ElementHitTestsTest::agreesWithDoublePrecisionOnEdgesNearPoints()
+void ElementHitsTest::agreesWithDoublePrecisionOnEdgesNearPoints()
 {
     Random random;
     Answers answers;
@@ -918,7 +918,7 @@ void ElementHitTestsTest::agreesWithDoublePrecisionOnEdgesNearPoints()
     QVERIFY(answers.bothAtLeast(4000));
 }
 
-void ElementHitTestsTest::hitsARingWhoseRimParts_data()
+void ElementHitsTest::hitsARingWhoseRimParts_data()
 {
     QTest::addColumn<float>("left");
     QTest::addColumn<float>("top");
@@ -936,7 +936,7 @@ void ElementHitTestsTest::hitsARingWhoseRimParts_data()
     QTest::newRow("left bottom outside") << -150.0f << -10.0f << -10.0f << -150.0f;
 }
 
-void ElementHitTestsTest::hitsARingWhoseRimParts()
+void ElementHitsTest::hitsARingWhoseRimParts()
 {
     QFETCH(float, left);
     QFETCH(float, top);
@@ -947,7 +947,7 @@ void ElementHitTestsTest::hitsARingWhoseRimParts()
     QVERIFY(edgeHit(ring.edge, {left, top, right, bottom}));
 }
 
-void ElementHitTestsTest::doesNotCountTheRimOfTheRingAsItsInside()
+void ElementHitsTest::doesNotCountTheRimOfTheRingAsItsInside()
 {
     // Outside with half the width the ring reaches 185 from its centre, so that is where a corner comes inside.
     RingAtOrigin ring;
@@ -963,7 +963,7 @@ void ElementHitTestsTest::doesNotCountTheRimOfTheRingAsItsInside()
     QVERIFY(beginsBeyond(-186.0f, 1.0f, hitWithRight));
 }
 
-void ElementHitTestsTest::hitsARingWithAnExtremePointInTheFrame()
+void ElementHitsTest::hitsARingWithAnExtremePointInTheFrame()
 {
     // The box of the ring without its width: all corners lie outside, and no extreme point is strictly inside.
     RingAtOrigin ring;
@@ -986,7 +986,7 @@ void ElementHitTestsTest::hitsARingWithAnExtremePointInTheFrame()
     QVERIFY(edgeHit(ring.edge, box.with(&Frame::top, 181.25f)));
 }
 
-void ElementHitTestsTest::hitsARingUnderTheTopSideOfTheFrame()
+void ElementHitsTest::hitsARingUnderTheTopSideOfTheFrame()
 {
     // Frames without height: no corner is inside and no extreme point can be.
     const RingAtOrigin ring;
@@ -1001,7 +1001,7 @@ void ElementHitTestsTest::hitsARingUnderTheTopSideOfTheFrame()
     QVERIFY(!edgeHit(ring.edge, {200.0f, 100.0f, 300.0f, 99.0f}));
 }
 
-void ElementHitTestsTest::hitsARingUnderTheLeftSideOfTheFrame()
+void ElementHitsTest::hitsARingUnderTheLeftSideOfTheFrame()
 {
     const RingAtOrigin ring;
     const auto hitWithLeft = [&](float left) { return edgeHit(ring.edge, {left, 300.0f, left, -300.0f}); };
@@ -1015,7 +1015,7 @@ void ElementHitTestsTest::hitsARingUnderTheLeftSideOfTheFrame()
     QVERIFY(!edgeHit(ring.edge, {100.0f, -200.0f, 101.0f, -300.0f}));
 }
 
-void ElementHitTestsTest::missesARingUnderTheBottomOrRightSideOfTheFrame()
+void ElementHitsTest::missesARingUnderTheBottomOrRightSideOfTheFrame()
 {
     const RingAtOrigin ring;
     QVERIFY(!edgeHit(ring.edge, {-300.0f, 181.0f, 300.0f, 100.0f}));
@@ -1028,7 +1028,7 @@ void ElementHitTestsTest::missesARingUnderTheBottomOrRightSideOfTheFrame()
     QVERIFY(!edgeHit(ring.edge, {-300.0f, 300.0f, -183.0f, -300.0f}));
 }
 
-void ElementHitTestsTest::missesARingAroundTheFrame()
+void ElementHitsTest::missesARingAroundTheFrame()
 {
     const RingAtOrigin ring;
     QVERIFY(!edgeHit(ring.edge, {-50.0f, 50.0f, 50.0f, -50.0f}));
@@ -1037,7 +1037,7 @@ void ElementHitTestsTest::missesARingAroundTheFrame()
     QVERIFY(!edgeHit(ring.edge, {-100.0f, 10.0f, 100.0f, 10.0f}));
 }
 
-void ElementHitTestsTest::meetsTheOuterRimOfABigRingExactlyWithAFrame()
+void ElementHitsTest::meetsTheOuterRimOfABigRingExactlyWithAFrame()
 {
     // With half the width the ring reaches 5080 from its centre.
     RingAtOrigin ring;
@@ -1079,7 +1079,7 @@ bool expectedRingInFrame(Frame frame, const EdgeData& ring)
 
 } // namespace
 
-void ElementHitTestsTest::agreesWithExactArithmeticOnRingsInFrames()
+void ElementHitsTest::agreesWithExactArithmeticOnRingsInFrames()
 {
     Random random;
     Answers answers;
@@ -1096,7 +1096,7 @@ void ElementHitTestsTest::agreesWithExactArithmeticOnRingsInFrames()
     QVERIFY(answers.bothAtLeast(4000));
 }
 
-void ElementHitTestsTest::hitsAnEdgeThatCrossesTheFrame()
+void ElementHitsTest::hitsAnEdgeThatCrossesTheFrame()
 {
     Ends ends({0.0f, 0.0f}, {1000.0f, 0.0f});
     const EdgeData edge(ends.start, ends.end);
@@ -1111,7 +1111,7 @@ void ElementHitTestsTest::hitsAnEdgeThatCrossesTheFrame()
     QVERIFY(!edgeHit(edge, {-100.0f, 100.0f, -1.0f, -100.0f}));
 }
 
-void ElementHitTestsTest::measuresEdgesAndFramesInWholeUnits()
+void ElementHitsTest::measuresEdgesAndFramesInWholeUnits()
 {
     Ends ends({0.0f, 0.9f}, {1000.0f, -0.9f});
     const EdgeData edge(ends.start, ends.end); // both ends are cut to y = 0
@@ -1123,12 +1123,12 @@ void ElementHitTestsTest::measuresEdgesAndFramesInWholeUnits()
     QVERIFY(!edgeHit(edge, {1001.0f, 100.0f, 1100.0f, -100.0f}));
 }
 
-void ElementHitTestsTest::hitsARightAngledEdgeInTheFrameByItsPieces_data()
+void ElementHitsTest::hitsARightAngledEdgeInTheFrameByItsPieces_data()
 {
     hitsARightAngledEdgeOnItsPieces_data();
 }
 
-void ElementHitTestsTest::hitsARightAngledEdgeInTheFrameByItsPieces()
+void ElementHitsTest::hitsARightAngledEdgeInTheFrameByItsPieces()
 {
     QFETCH(QVector2D, start);
     QFETCH(QVector2D, end);
@@ -1146,7 +1146,7 @@ void ElementHitTestsTest::hitsARightAngledEdgeInTheFrameByItsPieces()
     QVERIFY(!edgeHit(edge, {790.0f, -90.0f, 810.0f, -110.0f}));
 }
 
-void ElementHitTestsTest::hitsAParallelEdgeInTheFrameByItsTrack()
+void ElementHitsTest::hitsAParallelEdgeInTheFrameByItsTrack()
 {
     Ends ends({0.0f, 0.0f}, {1000.0f, 0.0f});
     EdgeData base(ends.start, ends.end);
@@ -1202,7 +1202,7 @@ bool expectedPieceInFrame(WholePoint leftTop, WholePoint rightBottom, WholePoint
 
 } // namespace
 
-void ElementHitTestsTest::agreesWithIntegerArithmeticOnEdgesInFrames()
+void ElementHitsTest::agreesWithIntegerArithmeticOnEdgesInFrames()
 {
     Random random;
     Answers answers;
@@ -1224,6 +1224,6 @@ void ElementHitTestsTest::agreesWithIntegerArithmeticOnEdgesInFrames()
     QVERIFY(answers.bothAtLeast(4000));
 }
 
-QTEST_APPLESS_MAIN(ElementHitTestsTest)
+QTEST_APPLESS_MAIN(ElementHitsTest)
 
-#include "ElementHitTestsTest.moc"
+#include "ElementHitsTest.moc"

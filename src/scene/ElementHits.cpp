@@ -1,11 +1,11 @@
-#include "scene/ElementHitTests.h"
+#include "scene/ElementHits.h"
 
 #include "scene/Distance.h"
 #include "scene/EdgeData.h"
 #include "scene/ElementIds.h"
 #include "scene/NodeData.h"
 #include "scene/Rectangles.h"
-#include "scene/SegmentTests.h"
+#include "scene/SegmentHits.h"
 #include "scene/Truncation.h"
 
 #include <algorithm>
