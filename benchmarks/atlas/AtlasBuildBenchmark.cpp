@@ -77,39 +77,36 @@ void decodeFiles()
     }
 }
 
-void textAtlas(benchmark::State& state)
+/// Takes a first build and the bare work in turns. The time told is that of the build.
+template <typename Thread, typename BareWork>
+void besideBareWork(benchmark::State& state, BareWork bareWork)
 {
     double bareSeconds = 0.0;
     double buildSeconds = 0.0;
     for ([[maybe_unused]] auto iteration : state) {
         const double before = residentBytes();
-        const Build build = buildAtlas<TextImageManagerThread>();
+        const Build build = buildAtlas<Thread>();
         state.counters["peak_bytes"] = peakResidentBytes() - before;
         state.counters["canvas_and_output_bytes"] = static_cast<double>(2 * build.pictureBytes);
         state.counters["cells"] = static_cast<double>(build.ids.size());
         state.SetIterationTime(build.seconds);
         buildSeconds += build.seconds;
-        bareSeconds += secondsOf([&build] { renderGlyphsTwice(build.ids); });
-        bareSeconds += secondsOf([&build] { passOverBytes(build.pictureBytes); });
+        bareSeconds += secondsOf([&] { bareWork(build); });
     }
     state.counters["ratio_to_bare"] = buildSeconds / bareSeconds;
 }
 
+void textAtlas(benchmark::State& state)
+{
+    besideBareWork<TextImageManagerThread>(state, [](const Build& build) {
+        renderGlyphsTwice(build.ids);
+        passOverBytes(build.pictureBytes);
+    });
+}
+
 void entityAtlas(benchmark::State& state)
 {
-    double bareSeconds = 0.0;
-    double buildSeconds = 0.0;
-    for ([[maybe_unused]] auto iteration : state) {
-        const double before = residentBytes();
-        const Build build = buildAtlas<EntityImageManagerThread>();
-        state.counters["peak_bytes"] = peakResidentBytes() - before;
-        state.counters["canvas_and_output_bytes"] = static_cast<double>(2 * build.pictureBytes);
-        state.counters["cells"] = static_cast<double>(build.ids.size());
-        state.SetIterationTime(build.seconds);
-        buildSeconds += build.seconds;
-        bareSeconds += secondsOf(decodeFiles);
-    }
-    state.counters["ratio_to_bare"] = buildSeconds / bareSeconds;
+    besideBareWork<EntityImageManagerThread>(state, [](const Build&) { decodeFiles(); });
 }
 
 BENCHMARK(textAtlas)->UseManualTime()->Unit(benchmark::kMillisecond)->Iterations(5);

@@ -28,7 +28,7 @@ const QColor& fallbackColor()
 bool isSizeOfPicture(const QSize& size)
 {
     constexpr int longestSide = 32767; // as far as the painter's coordinates go
-    constexpr qint64 mostPixels = 64 * 1024 * 1024;
+    constexpr qint64 mostPixels = qint64{64} * 1024 * 1024;
     return size.width() <= longestSide && size.height() <= longestSide &&
            qint64{size.width()} * size.height() <= mostPixels;
 }

@@ -28,7 +28,7 @@ void GlyphFace::glyphMetrics(quint16 code, SGlyphMetrics& metrics)
 {
     if (!render(code))
         return;
-    const FT_GlyphSlot slot = face->glyph;
+    const FT_GlyphSlotRec* slot = face->glyph;
     metrics.code = code;
     metrics.width = static_cast<qint32>(slot->bitmap.width);
     metrics.rows = static_cast<qint32>(slot->bitmap.rows);

@@ -20,7 +20,7 @@ QString imageName(const QString& fileName)
 /// fits into memory with ease.
 bool isReadableTable(const QFileInfo& file)
 {
-    constexpr qint64 largestTable = 256 * 1024 * 1024;
+    constexpr qint64 largestTable = qint64{256} * 1024 * 1024;
     return file.isFile() && file.size() <= largestTable;
 }
 

@@ -25,7 +25,7 @@ QString fontFile()
 {
     const QString fonts = QStandardPaths::writableLocation(QStandardPaths::FontsLocation);
     for (const char* preferred : {"/msyh.ttf", "/msyh.ttc"}) {
-        const QString file = fonts + QLatin1String(preferred);
+        QString file = fonts + QLatin1String(preferred);
         if (QFileInfo(file).isFile())
             return file;
     }
