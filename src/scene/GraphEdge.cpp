@@ -78,7 +78,8 @@ bool GraphEdge::select() const
 
 void GraphEdge::setSelect(bool select)
 {
-    setMirrored(data(), &EdgeData::select, select, scene->selectedEdges);
+    EdgeData& edge = data();
+    setMirrored(edge, &EdgeData::select, select, scene->selectedEdges);
 }
 
 void GraphEdge::setShow(bool show)
@@ -121,12 +122,14 @@ void GraphEdge::setZoomSpan(float span)
 
 void GraphEdge::setStartArrowShow(bool show)
 {
-    setMirrored(data(), &EdgeData::startArrowShow, show, scene->startArrowEdges);
+    EdgeData& edge = data();
+    setMirrored(edge, &EdgeData::startArrowShow, show, scene->startArrowEdges);
 }
 
 void GraphEdge::setEndArrowShow(bool show)
 {
-    setMirrored(data(), &EdgeData::endArrowShow, show, scene->endArrowEdges);
+    EdgeData& edge = data();
+    setMirrored(edge, &EdgeData::endArrowShow, show, scene->endArrowEdges);
 }
 
 void GraphEdge::setLabel(const QString& text)

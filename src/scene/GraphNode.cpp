@@ -109,7 +109,8 @@ bool GraphNode::select() const
 
 void GraphNode::setSelect(bool select)
 {
-    setMirrored(data(), &NodeData::select, select, scene->selectedNodes);
+    NodeData& node = data();
+    setMirrored(node, &NodeData::select, select, scene->selectedNodes);
 }
 
 void GraphNode::setShow(bool show)
@@ -144,7 +145,8 @@ void GraphNode::setSize(float size)
 
 void GraphNode::setCircleShow(bool show)
 {
-    setMirrored(data(), &NodeData::circleShow, show, scene->circleNodes);
+    NodeData& node = data();
+    setMirrored(node, &NodeData::circleShow, show, scene->circleNodes);
 }
 
 void GraphNode::setCircleSize(float size)
