@@ -8,6 +8,7 @@
 #include "atlas/ImageManager.h"
 #include "atlas/TextImageManagerThread.h"
 #include "support/ProcessMemory.h"
+#include "support/RunBenchmarks.h"
 #include "support/Timing.h"
 
 #include <QCoreApplication>
@@ -117,9 +118,5 @@ BENCHMARK(entityAtlas)->UseManualTime()->Unit(benchmark::kMillisecond)->Iteratio
 int main(int argc, char* argv[])
 {
     const QCoreApplication application(argc, argv);
-    benchmark::Initialize(&argc, argv);
-    if (benchmark::ReportUnrecognizedArguments(argc, argv))
-        return 1;
-    benchmark::RunSpecifiedBenchmarks();
-    return 0;
+    return runBenchmarks(argc, argv);
 }

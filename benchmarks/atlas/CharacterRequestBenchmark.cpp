@@ -3,6 +3,7 @@
 
 #include "atlas/ImageManager.h"
 #include "atlas/TextImageManagerThread.h"
+#include "support/RunBenchmarks.h"
 #include "support/Timing.h"
 
 #include <NELK/GraphScene.h>
@@ -112,9 +113,5 @@ BENCHMARK(newCharacterDuringRepaint)->UseManualTime()->Iterations(1)->Unit(bench
 int main(int argc, char* argv[])
 {
     const QCoreApplication application(argc, argv);
-    benchmark::Initialize(&argc, argv);
-    if (benchmark::ReportUnrecognizedArguments(argc, argv))
-        return 1;
-    benchmark::RunSpecifiedBenchmarks();
-    return 0;
+    return runBenchmarks(argc, argv);
 }

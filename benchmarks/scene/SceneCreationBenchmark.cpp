@@ -2,6 +2,7 @@
 // is what a Qt application would use instead.
 
 #include "support/Network.h"
+#include "support/RunBenchmarks.h"
 
 #include <QApplication>
 #include <QGraphicsLineItem>
@@ -89,9 +90,5 @@ int main(int argc, char* argv[])
 {
     qputenv("QT_QPA_PLATFORM", "offscreen"); // QGraphicsScene asks for an application, not for a display
     const QApplication application(argc, argv);
-    benchmark::Initialize(&argc, argv);
-    if (benchmark::ReportUnrecognizedArguments(argc, argv))
-        return 1;
-    benchmark::RunSpecifiedBenchmarks();
-    return 0;
+    return runBenchmarks(argc, argv);
 }

@@ -1,6 +1,7 @@
 // Single operations, whose cost must not depend on how many elements the scene holds, and the step of a drag.
 
 #include "support/FilledScene.h"
+#include "support/RunBenchmarks.h"
 
 #include <QColor>
 
@@ -139,9 +140,5 @@ int main(int argc, char* argv[])
 {
     registerSetters("GraphNode", nodeSetters, &Network::nodes);
     registerSetters("GraphEdge", edgeSetters, &Network::edges);
-    benchmark::Initialize(&argc, argv);
-    if (benchmark::ReportUnrecognizedArguments(argc, argv))
-        return 1;
-    benchmark::RunSpecifiedBenchmarks();
-    return 0;
+    return runBenchmarks(argc, argv);
 }

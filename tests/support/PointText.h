@@ -3,7 +3,7 @@
 #include <QVector2D>
 #include <QtTest>
 
-// QVector2D compares fuzzily and has no text in test logs. Tests of geometry want exact values and to see them.
+// The text that test logs have for a QVector2D is rounded. Tests of geometry want to see every digit of a float.
 
 namespace QTest
 {
