@@ -1,5 +1,6 @@
 #include "atlas/EntityImageManagerThread.h"
 
+#include "atlas/DoTogether.h"
 #include "atlas/ImageDirectory.h"
 
 #include <QFileInfo>
@@ -44,14 +45,15 @@ QImage loadPicture(const QString& path)
     return isSizeOfPicture(reader.size()) ? reader.read() : QImage();
 }
 
-void paintPicture(QPainter& painter, const SImageCell& cell, QPoint topLeft)
+/// Paints the picture of a cell over what `place`, which is of the size of a cell, shows.
+void paintPicture(const SImageCell& cell, QImage& place)
 {
     QImage picture = loadPicture(static_cast<const SEntityPayload*>(cell.payload)->path);
     if (picture.isNull())
         return;
-    if (picture.size() != QSize(cellEdge, cellEdge))
-        picture = picture.scaled(cellEdge, cellEdge, Qt::IgnoreAspectRatio, Qt::FastTransformation);
-    painter.drawImage(topLeft, picture);
+    if (picture.size() != place.size())
+        picture = picture.scaled(place.size(), Qt::IgnoreAspectRatio, Qt::FastTransformation);
+    QPainter(&place).drawImage(0, 0, picture);
 }
 
 } // namespace
@@ -134,8 +136,23 @@ void EntityImageManagerThread::addIcons(QMap<QString, qint32>& ids, const QStrin
     }
 }
 
+/// Reading the pictures takes most of a repaint, and no cell reaches into another.
 void EntityImageManagerThread::repaint()
 {
-    repaintCanvas(cellEdge, QImage::Format_RGBA8888, paintPicture);
-    output = canvas.mirrored();
+    constexpr QImage::Format format = QImage::Format_RGBA8888;
+    constexpr int pixelBytes = 4;
+    beginRepaint(cellEdge, format);
+    uchar* const topLeft = canvas.bits();
+    const int rowBytes = canvas.bytesPerLine();
+    doTogether([this, topLeft, rowBytes] {
+        for (SImageCell cell; takeUnpaintedCell(cell);) {
+            if (!topLeft)
+                continue;
+            const qptrdiff offset =
+                qptrdiff{rowBytes} * cellEdge * cell.texRowIdx + qptrdiff{pixelBytes} * cellEdge * cell.texColIdx;
+            QImage place(topLeft + offset, cellEdge, cellEdge, rowBytes, format);
+            paintPicture(cell, place);
+        }
+    });
+    output = canvasUpsideDown(format);
 }

@@ -27,6 +27,16 @@ void waitForRuns()
     }
 }
 
+/// The timers go with the application's event loop. Stopped, they can start again with that of the next application.
+void endWithApplication()
+{
+    waitForRuns();
+    for (ImageManager* manager : {entityImages, wordImages}) {
+        if (manager)
+            manager->stopTicking();
+    }
+}
+
 } // namespace
 
 ImageManager* ImageManager::instance(qint32 index)
@@ -66,15 +76,20 @@ void ImageManager::keepTicking()
 {
     if (!timer->isActive() && QCoreApplication::instance()) {
         timer->start(repaintInterval);
-        qAddPostRoutine(waitForRuns);
+        qAddPostRoutine(endWithApplication);
     }
+}
+
+void ImageManager::stopTicking()
+{
+    timer->stop();
 }
 
 void ImageManager::startInitial()
 {
+    keepTicking();
     if (isStarted())
         return;
-    keepTicking();
     thread->wait(); // a run before the first build ends at once
     thread->setMode(BUILD_INITIAL);
     thread->start(QThread::InheritPriority);
@@ -100,25 +115,40 @@ SImageCell ImageManager::requestCell(E_IMAGE_KIND kind, const QString& name)
         return takeNewCell(thread->addCell(0, name));
     if (kind == IMAGE_FILE) {
         thread->markForRepaint(id);
-        ++requestCount;
+        countRequest();
     }
-    return config.cells.value(id);
+    const SImageCell* const known = findCell(id);
+    return known ? *known : SImageCell();
 }
 
 SImageCell ImageManager::requestWord(qint32 code)
 {
-    const auto known = config.cells.constFind(code);
-    if (known != config.cells.constEnd())
+    if (const SImageCell* const known = findCell(code))
         return *known;
     return takeNewCell(thread->addCell(code, QString()));
 }
 
+const SImageCell* ImageManager::findCell(qint32 id) const
+{
+    for (const QMap<qint32, SImageCell>* cells : {&config.cells, &newCells}) {
+        const auto cell = cells->constFind(id);
+        if (cell != cells->constEnd())
+            return &*cell;
+    }
+    return nullptr;
+}
+
 SImageCell ImageManager::takeNewCell(const SImageCell& cell)
 {
-    config.cells.insert(cell.id, cell);
+    newCells.insert(cell.id, cell);
+    countRequest();
+    return cell;
+}
+
+void ImageManager::countRequest()
+{
     ++requestCount;
     keepTicking();
-    return cell;
 }
 
 void ImageManager::slotUpdateTimerEvent()
@@ -133,7 +163,8 @@ void ImageManager::slotUpdateTimerEvent()
 void ImageManager::slotThreadFinished(QImage img, SImageConfig newConfig)
 {
     finishedImage = std::move(img);
-    // Cells handed out since the worker took stock are dropped here; the thread still has them pending.
     config = std::move(newConfig);
+    // Those handed out since the worker took stock are dropped as well; the thread still has them pending.
+    newCells.clear();
     Q_EMIT signalImageChanged();
 }

@@ -52,6 +52,8 @@ public:
 
     /// Returns when no run is under way.
     void waitForRun();
+    /// Nothing is painted from now on, until the next request or start while there is an application.
+    void stopTicking();
 
 Q_SIGNALS:
     /// A run has ended; image() is new.
@@ -62,14 +64,19 @@ protected Q_SLOTS:
     void slotThreadFinished(QImage img, SImageConfig config);
 
 private:
+    const SImageCell* findCell(qint32 id) const;
     SImageCell takeNewCell(const SImageCell& cell);
+    void countRequest();
     void keepTicking();
 
     /// Cells asked for or marked for repaint since the last repaint started.
     qint32 requestCount = 0;
     QTimer* timer;
     QImage finishedImage;
-    /// The grid as of the last run that ended, and the cells handed out since.
+    /// The grid as of the last run that ended.
     SImageConfig config;
+    /// The cells handed out since. Not in the grid, which is shared with the signal that brought it: with the first of
+    /// them all of it would be copied.
+    QMap<qint32, SImageCell> newCells;
     ImageManagerThread* thread;
 };

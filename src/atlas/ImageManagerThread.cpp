@@ -1,8 +1,12 @@
 #include "atlas/ImageManagerThread.h"
 
-#include <QMutexLocker>
-#include <QPainter>
+#include "atlas/DoTogether.h"
 
+#include <QMutexLocker>
+
+#include <algorithm>
+#include <atomic>
+#include <cstring>
 #include <limits>
 #include <utility>
 
@@ -31,6 +35,7 @@ qint32 ImageManagerThread::imageId(E_IMAGE_KIND /*kind*/, const QString& /*name*
 
 void ImageManagerThread::markForRepaint(qint32 id)
 {
+    const QMutexLocker currentLocker(&currentMutex);
     const QMutexLocker locker(&mutex);
     for (SImageConfig* grid : {&pending, &current}) {
         const auto cell = grid->cells.find(id);
@@ -52,11 +57,10 @@ void ImageManagerThread::run()
     Q_EMIT signalFinished(output, currentGrid());
 }
 
-/// A copy of the grid that shares nothing with it, since the one is changed on the user interface thread and the other
-/// on the worker.
+/// A copy of the grid that shares nothing with it: were they to share, the next mark would have to copy all cells.
 SImageConfig ImageManagerThread::currentGrid()
 {
-    const QMutexLocker locker(&mutex);
+    const QMutexLocker locker(&currentMutex);
     SImageConfig grid = current;
     grid.cells.detach();
     return grid;
@@ -82,50 +86,69 @@ SImageCell& ImageManagerThread::allocateCell(qint32 key)
 
 void ImageManagerThread::publishPending()
 {
-    const QMutexLocker locker(&mutex);
-    current.texRowNum = pending.texRowNum;
-    current.texColNum = pending.texColNum;
-    current.shellIndex = pending.shellIndex;
-    for (auto cell = pending.cells.cbegin(); cell != pending.cells.cend(); ++cell) {
+    const QMutexLocker currentLocker(&currentMutex);
+    QMap<qint32, SImageCell> newCells;
+    {
+        const QMutexLocker locker(&mutex);
+        current.texRowNum = pending.texRowNum;
+        current.texColNum = pending.texColNum;
+        current.shellIndex = pending.shellIndex;
+        newCells.swap(pending.cells);
+    }
+    for (auto cell = newCells.cbegin(); cell != newCells.cend(); ++cell) {
         if (!current.cells.contains(cell.key()))
             current.cells.insert(cell.key(), cell.value());
     }
-    pending.cells.clear();
 }
 
-void ImageManagerThread::repaintCanvas(int cellEdge, QImage::Format format, const PaintCell& paintCell)
+void ImageManagerThread::beginRepaint(int cellEdge, QImage::Format format)
 {
     publishPending();
+    lastTakenId = lowestId;
 
+    const QSize size = QSize(current.texColNum, current.texRowNum) * cellEdge;
+    if (canvas.size() == size)
+        return;
     // Where there is no memory for the canvas it becomes a null image. Its cells count as painted all the same.
-    QImage grown(current.texColNum * cellEdge, current.texRowNum * cellEdge, format);
-    QPainter painter;
-    if (!grown.isNull()) {
-        grown.fill(Qt::transparent);
-        painter.begin(&grown);
-        painter.drawImage(0, 0, canvas);
-    }
-    SImageCell cell;
-    for (qint32 lastId = lowestId; takeUnpaintedCell(lastId, cell); lastId = cell.id) {
-        if (painter.isActive())
-            paintCell(painter, cell, {cell.texColIdx * cellEdge, cell.texRowIdx * cellEdge});
-    }
-    if (painter.isActive())
-        painter.end();
-    canvas = std::move(grown);
+    const bool isFirst = canvas.isNull();
+    canvas = isFirst ? QImage(size, format) : canvas.copy(QRect({0, 0}, size));
+    if (isFirst)
+        canvas.fill(Qt::transparent);
 }
 
-/// Finds the next unpainted cell after an id, in the order of ids, and takes it for painted. The lock is held for one
-/// cell at a time, so that a request never waits for pixels.
-bool ImageManagerThread::takeUnpaintedCell(qint32 lastId, SImageCell& cell)
+bool ImageManagerThread::takeUnpaintedCell(SImageCell& cell)
 {
-    const QMutexLocker locker(&mutex);
-    auto next = current.cells.upperBound(lastId);
+    const QMutexLocker locker(&currentMutex);
+    auto next = current.cells.upperBound(lastTakenId);
     while (next != current.cells.end() && next->painted)
         ++next;
     if (next == current.cells.end())
         return false;
     next->painted = true;
     cell = *next;
+    lastTakenId = cell.id;
     return true;
+}
+
+QImage ImageManagerThread::canvasUpsideDown(QImage::Format format) const
+{
+    QImage turned(canvas.size(), format);
+    if (turned.isNull())
+        return turned;
+    const int rows = canvas.height();
+    const auto rowBytes = static_cast<std::size_t>(canvas.bytesPerLine());
+    const uchar* const top = canvas.constBits();
+    uchar* const turnedTop = turned.bits();
+
+    constexpr int bandRows = 64; // so that threads stay clear of each other's pages
+    std::atomic<int> nextBand{0};
+    doTogether([&] {
+        for (int first = bandRows * nextBand++; first < rows; first = bandRows * nextBand++) {
+            for (int row = first; row < std::min(first + bandRows, rows); ++row) {
+                const auto turnedRow = static_cast<std::size_t>(rows - 1 - row);
+                std::memcpy(turnedTop + turnedRow * rowBytes, top + static_cast<std::size_t>(row) * rowBytes, rowBytes);
+            }
+        }
+    });
+    return turned;
 }

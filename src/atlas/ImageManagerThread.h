@@ -8,10 +8,6 @@
 #include <QString>
 #include <QThread>
 
-#include <functional>
-
-class QPainter;
-
 /// What the next run of an atlas thread does.
 enum E_BUILD_MODE
 {
@@ -26,8 +22,9 @@ enum E_BUILD_MODE
 /// Paints one atlas beside the user interface thread: an image cut into a grid of equal square cells.
 ///
 /// Each run is a fresh start of the thread, without an event loop; at most one is under way. A cell is handed out on
-/// the user interface thread at once, and gets its picture in a later run. `mutex` guards what both threads touch; the
-/// worker never holds it for the time that pixels take.
+/// the user interface thread at once, and gets its picture in a later run. Two locks guard what both threads touch. The
+/// one for new cells is never held for long, whatever the size of the atlas; neither is held for the time that pixels
+/// take.
 class ImageManagerThread : public QThread
 {
     Q_OBJECT
@@ -54,8 +51,6 @@ Q_SIGNALS:
     void signalFinished(QImage img, SImageConfig config);
 
 protected:
-    using PaintCell = std::function<void(QPainter& painter, const SImageCell& cell, QPoint topLeft)>;
-
     void run() override;
     virtual void buildInitial() = 0;
     virtual void buildReload() = 0;
@@ -68,19 +63,26 @@ protected:
     SImageCell& allocateCell(qint32 key);
     /// Makes the cells handed out so far known to the worker.
     void publishPending();
-    /// The common part of each repaint: publishes, moves the canvas into one of the present size of the grid, and has
-    /// every cell painted that is not yet.
-    void repaintCanvas(int cellEdge, QImage::Format format, const PaintCell& paintCell);
+    /// What each repaint begins with: publishes, and gives the canvas the present size of the grid.
+    void beginRepaint(int cellEdge, QImage::Format format);
+    /// Finds the next cell, in the order of ids, that is not painted, and takes it for painted. In one repaint it comes
+    /// to no cell twice, also when several threads ask.
+    bool takeUnpaintedCell(SImageCell& cell);
+    /// The bytes of the canvas, bottom row first, as an image of a format with pixels of the same size.
+    QImage canvasUpsideDown(QImage::Format format) const;
 
 private:
     SImageConfig currentGrid();
-    bool takeUnpaintedCell(qint32 lastId, SImageCell& cell);
 
     bool initialized = false;
     E_BUILD_MODE mode = BUILD_INITIAL;
+    /// Guards the cells of `current` and how far a repaint has come in them. Taken before `mutex` where both are
+    /// needed.
+    QMutex currentMutex;
+    qint32 lastTakenId = 0;
 
 protected:
-    /// Guards `pending` and the cells of `current`.
+    /// Guards `pending`. A request for a new cell waits for this one.
     QMutex mutex;
     /// The working image, top row first. The only place where painted cells live on between runs.
     QImage canvas;

@@ -30,7 +30,7 @@ protected:
 
 private:
     SImageCell addCharacter(qint32 code);
-    void paintGlyph(QPainter& painter, const SImageCell& cell, QPoint topLeft);
+    void paintGlyph(const SImageCell& cell);
 
     /// For measures: on the user interface thread, and on the worker in the first build, while the former waits.
     GlyphFace face;

@@ -34,6 +34,8 @@ private Q_SLOTS:
     void whatIsNoPictureLeavesItsCellBlank_data();
     void whatIsNoPictureLeavesItsCellBlank();
     void aPictureHasAtMost64MebiPixels();
+    void eachOfManyPicturesIsInItsPlace();
+    void paintedPixelsStayAsTheyAre();
 
     void aNewFileHasItsCellAtOnce();
     void aFileAskedForAgainIsPaintedOverItsOldPicture();
@@ -432,6 +434,49 @@ void EntityAtlasTest::aPictureHasAtMost64MebiPixels()
     QVERIFY(atlas.build());
     QCOMPARE(atlas.picture(IMAGE_ENTITY, "largest"), plainPicture(Qt::white));
     QCOMPARE(atlas.picture(IMAGE_ENTITY, "beyond"), blank);
+}
+
+void EntityAtlasTest::eachOfManyPicturesIsInItsPlace()
+{
+    const IconFolder folder;
+    constexpr int count = 60;
+    for (int i = 0; i < count; ++i)
+        folder.write(QString("%1.png").arg(i), plainPicture(QColor(i, 2 * i, 255 - i)));
+    EntityAtlas atlas;
+    QVERIFY(atlas.build());
+    // At first all of them new, then all of them again.
+    for (int time = 0; time < 2; ++time) {
+        for (int i = 0; i < count; ++i)
+            atlas.cell(IMAGE_FILE, QString("%1.png").arg(i));
+        QVERIFY(atlas.repaint());
+        const QImage topRowFirst = atlas.manager().image().mirrored();
+        for (int i = 0; i < count; ++i) {
+            const Place place = EntityAtlas::placeOf(atlas.cell(IMAGE_FILE, QString("%1.png").arg(i)));
+            QCOMPARE(topRowFirst.copy(place.second * 256, place.first * 256, 256, 256),
+                     plainPicture(QColor(i, 2 * i, 255 - i)));
+        }
+        QVERIFY(atlas.repaint());
+    }
+}
+
+void EntityAtlasTest::paintedPixelsStayAsTheyAre()
+{
+    const IconFolder folder;
+    QImage picture(256, 256, QImage::Format_ARGB32);
+    for (int alpha = 0; alpha < 256; ++alpha) {
+        for (int x = 0; x < 256; ++x)
+            picture.setPixel(x, alpha, qRgba(x, 255 - x, 7 * x % 256, alpha));
+    }
+    folder.write(entities + "a.png", picture);
+    EntityAtlas atlas;
+    QVERIFY(atlas.build());
+    const QImage painted = atlas.pictureAt({1, 0});
+    // With the grid as large as before, and with a larger one.
+    for (const char* path : {":/icon/toolkits/ic_fold.png", ":/icon/toolkits/ic_fold.png", "missing.png"}) {
+        atlas.cell(IMAGE_FILE, path);
+        QVERIFY(atlas.repaint());
+        QCOMPARE(atlas.pictureAt({1, 0}), painted);
+    }
 }
 
 void EntityAtlasTest::aNewFileHasItsCellAtOnce()

@@ -3,8 +3,13 @@
 
 #include <QtTest>
 
+#include <QDeadlineTimer>
+
+#include <algorithm>
 #include <limits>
 #include <random>
+#include <thread>
+#include <vector>
 
 namespace
 {
@@ -22,6 +27,10 @@ QVector<qint32> idsFrom(qint32 first, qint32 last)
 /// An atlas after its first build.
 struct BuiltAtlas : ColorAtlas
 {
+    using ImageManagerThread::beginRepaint;
+    using ImageManagerThread::canvasUpsideDown;
+    using ImageManagerThread::takeUnpaintedCell;
+
     explicit BuiltAtlas(const QVector<qint32>& ids)
     {
         firstIds = ids;
@@ -121,6 +130,8 @@ private Q_SLOTS:
     void takesEachCellForPaintedOnce();
     void keepsCellsAndPixelsInPlaceOverGrowths();
     void losesItsPixelsWithACanvasThatCannotBeMade();
+    void turnsTheBytesOfItsCanvas_data();
+    void turnsTheBytesOfItsCanvas();
 
     void marksPendingAndCurrentCells();
     void marksNothingUnderAnUnknownKey();
@@ -128,6 +139,8 @@ private Q_SLOTS:
     void losesNoMarkDuringARun_data();
     void losesNoMarkDuringARun();
     void leavesRequestsDuringARunToTheNext();
+    void needsTheLockOfNewCellsOnlyToPublish();
+    void givesACellToOneOfSeveralThreads();
     void staysWholeUnderRequestsAndMarksBesideRuns();
 };
 
@@ -409,6 +422,31 @@ void ImageManagerThreadTest::losesItsPixelsWithACanvasThatCannotBeMade()
     QVERIFY(atlas.cellShows(atlas.canvas, {0, 0}, ColorAtlas::colorOf(1)));
 }
 
+void ImageManagerThreadTest::turnsTheBytesOfItsCanvas_data()
+{
+    QTest::addColumn<int>("height");
+    for (const int height : {1, 2, 63, 64, 65, 128, 1000})
+        QTest::addRow("%d rows", height) << height;
+}
+
+void ImageManagerThreadTest::turnsTheBytesOfItsCanvas()
+{
+    QFETCH(int, height);
+    BuiltAtlas atlas({1});
+    atlas.canvas = QImage(12, height, QImage::Format_Alpha8);
+    std::mt19937 random(12);
+    std::generate_n(atlas.canvas.bits(), atlas.canvas.sizeInBytes(),
+                    [&random] { return static_cast<uchar>(random()); });
+
+    const QImage turned = atlas.canvasUpsideDown(QImage::Format_Grayscale8);
+    QCOMPARE(turned.format(), QImage::Format_Grayscale8);
+    QCOMPARE(turned.size(), atlas.canvas.size());
+    for (int row = 0; row < height; ++row) {
+        const uchar* const bytes = atlas.canvas.constScanLine(row);
+        QVERIFY(std::equal(bytes, bytes + 12, turned.constScanLine(height - 1 - row)));
+    }
+}
+
 void ImageManagerThreadTest::marksPendingAndCurrentCells()
 {
     BuiltAtlas atlas(idsFrom(1, 3));
@@ -499,7 +537,53 @@ void ImageManagerThreadTest::leavesRequestsDuringARunToTheNext()
     QVERIFY(atlas.cellShows(atlas.canvas, {2, 0}, ColorAtlas::colorOf(9)));
 }
 
-/// Worth running under ThreadSanitizer.
+/// With thousands of cells, all else that a run does with them takes longer than a request may wait.
+void ImageManagerThreadTest::needsTheLockOfNewCellsOnlyToPublish()
+{
+    BuiltAtlas atlas(idsFrom(1, 5));
+    atlas.markForRepaint(3);
+    atlas.markForRepaint(5);
+    Gate gate;
+    atlas.startHeldAt(3, gate);
+    const bool isFree = atlas.mutex.tryLock();
+    gate.open();
+    const bool hasEnded = atlas.wait(QDeadlineTimer(10'000));
+    if (isFree)
+        atlas.mutex.unlock();
+    QCOMPARE(atlas.paintedUntilEndOf(gate), QVector<qint32>({3, 5}));
+    QVERIFY(isFree);
+    QVERIFY(hasEnded);
+}
+
+/// Even where it is marked again at once. Worth running under ThreadSanitizer, like the one after it.
+void ImageManagerThreadTest::givesACellToOneOfSeveralThreads()
+{
+    const QVector<qint32> ids = idsFrom(1, 2000);
+    BuiltAtlas atlas(ids);
+    for (const qint32 id : ids)
+        atlas.markForRepaint(id);
+    atlas.beginRepaint(atlas.cellEdge, QImage::Format_RGBA8888);
+
+    QVector<qint32> taken[4];
+    std::vector<std::thread> threads;
+    for (QVector<qint32>& own : taken) {
+        threads.emplace_back([&atlas, &own] {
+            for (SImageCell cell; atlas.takeUnpaintedCell(cell);) {
+                own.append(cell.id);
+                atlas.markForRepaint(cell.id);
+            }
+        });
+    }
+    for (std::thread& thread : threads)
+        thread.join();
+
+    QVector<qint32> all;
+    for (const QVector<qint32>& own : taken)
+        all += own;
+    std::sort(all.begin(), all.end());
+    QCOMPARE(all, ids);
+}
+
 void ImageManagerThreadTest::staysWholeUnderRequestsAndMarksBesideRuns()
 {
     BuiltAtlas atlas(idsFrom(1, 20));

@@ -95,13 +95,16 @@ protected:
     void repaint() override
     {
         builds.append(QStringLiteral("repaint"));
-        repaintCanvas(cellEdge, QImage::Format_RGBA8888,
-                      [this](QPainter& painter, const SImageCell& cell, QPoint topLeft) {
-                          paintedIds.append(cell.id);
-                          if (whenPainting)
-                              whenPainting(cell.id);
-                          painter.fillRect(QRect(topLeft, QSize(cellEdge, cellEdge)), QColor(colorOf(cell.id)));
-                      });
+        beginRepaint(cellEdge, QImage::Format_RGBA8888);
+        for (SImageCell cell; takeUnpaintedCell(cell);) {
+            paintedIds.append(cell.id);
+            if (whenPainting)
+                whenPainting(cell.id);
+            if (canvas.isNull())
+                continue;
+            const QRect place(QPoint(cell.texColIdx, cell.texRowIdx) * cellEdge, QSize(cellEdge, cellEdge));
+            QPainter(&canvas).fillRect(place, QColor(colorOf(cell.id)));
+        }
         output = canvas.mirrored();
     }
 
