@@ -23,7 +23,9 @@ public:
         return *last;
     }
 
-    explicit FilledScene(std::size_t nodeCount) : plan(nodeCount)
+    explicit FilledScene(std::size_t nodeCount) : FilledScene(NetworkPlan(nodeCount)) {}
+
+    explicit FilledScene(NetworkPlan networkPlan) : plan(std::move(networkPlan))
     {
         createNodes(graphScene, plan, network);
         createEdges(graphScene, plan, network);

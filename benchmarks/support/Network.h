@@ -11,8 +11,8 @@
 namespace NELK
 {
 
-/// The shape of a network to measure on: nodes scattered over a square that grows with their number, and twice as many
-/// edges, half of them between neighbours and half between any two nodes. The same numbers come at every run.
+/// The shape of a network to measure on: nodes in a square that grows with their number, one on every 500 by 500 units,
+/// and twice as many edges. The same numbers come at every run.
 class NetworkPlan
 {
 public:
@@ -22,6 +22,8 @@ public:
         std::size_t end;
     };
 
+    /// Nodes scattered at random; half of the edges join nodes in the order of creation, and half any two nodes. No
+    /// order helps whoever walks it, and edges cross all of the picture.
     explicit NetworkPlan(std::size_t nodeCount)
     {
         std::mt19937 random(20'21);
@@ -36,8 +38,29 @@ public:
         }
     }
 
+    /// Nodes on a grid, a little off it, and edges to the neighbours to the right and below, as they lie in a network
+    /// that somebody has laid out.
+    static NetworkPlan laidOut(std::size_t nodeCount)
+    {
+        NetworkPlan plan;
+        std::mt19937 random(20'21);
+        std::uniform_int_distribution<int> offset(-100, 100);
+        const auto columns = static_cast<std::size_t>(std::ceil(std::sqrt(static_cast<double>(nodeCount))));
+        const int middle = static_cast<int>(columns) * 250;
+        for (std::size_t node = 0; node < nodeCount; ++node) {
+            plan.positions.emplace_back(static_cast<int>(node % columns) * 500 - middle + offset(random),
+                                        static_cast<int>(node / columns) * 500 - middle + offset(random));
+            plan.links.push_back({node, (node + 1) % nodeCount});
+            plan.links.push_back({node, (node + columns) % nodeCount});
+        }
+        return plan;
+    }
+
     std::vector<QPoint> positions;
     std::vector<Link> links;
+
+private:
+    NetworkPlan() = default;
 };
 
 /// The nodes and edges of a plan, as a host has them.

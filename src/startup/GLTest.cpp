@@ -1,9 +1,16 @@
 #include "startup/GLTest.h"
 
+#include "startup/ContextFormat.h"
+
 #include <QString>
 
 namespace NELK
 {
+
+GLTest::GLTest()
+{
+    setFormat(contextFormat());
+}
 
 void GLTest::initializeGL()
 {

@@ -12,6 +12,9 @@ namespace NELK
 class GLTest : public QOpenGLWidget, public QOpenGLFunctions_3_3_Core
 {
 public:
+    /// Asks for the context that a view asks for, so that the answer holds for views.
+    GLTest();
+
     E_GL_TEST_CODE result = GL_TEST_OK;
 
 protected:

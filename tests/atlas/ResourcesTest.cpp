@@ -19,6 +19,9 @@ private Q_SLOTS:
     void iconsAreOfTheirSizes();
     void iconsDiffer();
 
+    void everyLineOfAShaderEndsWithBothCharacters_data();
+    void everyLineOfAShaderEndsWithBothCharacters();
+
     void theWordListIsPlainUtf8();
     void theWordListHolds3500DifferentCharacters();
     void theWordListIsInTheOrderOfTheTwoLists();
@@ -45,6 +48,13 @@ const QStringList& badges()
     return paths;
 }
 
+const QStringList& shaders()
+{
+    static const QStringList paths{":/shader/shader/shader.eye.fs", ":/shader/shader/shader.eye.vs",
+                                   ":/shader/shader/shader.view.fs", ":/shader/shader/shader.view.vs"};
+    return paths;
+}
+
 QByteArray contentOf(const QString& path)
 {
     QFile file(path);
@@ -63,6 +73,7 @@ void ResourcesTest::nothingButTheTreeIsThere_data()
     QTest::addColumn<QString>("root");
     QTest::addColumn<QStringList>("expected");
     QTest::newRow("icons") << ":/icon" << buttonIcons();
+    QTest::newRow("shaders") << ":/shader" << shaders();
     QTest::newRow("images and words") << ":/imagetag" << badges() + QStringList{wordList};
 }
 
@@ -80,7 +91,7 @@ void ResourcesTest::nothingButTheTreeIsThere()
 void ResourcesTest::entriesAreStoredUncompressed_data()
 {
     QTest::addColumn<QString>("path");
-    for (const QString& path : buttonIcons() + badges() + QStringList{wordList})
+    for (const QString& path : shaders() + buttonIcons() + badges() + QStringList{wordList})
         QTest::newRow(qPrintable(path)) << path;
 }
 
@@ -135,6 +146,23 @@ void ResourcesTest::iconsDiffer()
         QVERIFY2(!seen.contains(image), qPrintable(path));
         seen.append(image);
     }
+}
+
+void ResourcesTest::everyLineOfAShaderEndsWithBothCharacters_data()
+{
+    QTest::addColumn<QString>("path");
+    for (const QString& path : shaders())
+        QTest::newRow(qPrintable(path)) << path;
+}
+
+void ResourcesTest::everyLineOfAShaderEndsWithBothCharacters()
+{
+    QFETCH(QString, path);
+    const QByteArray bytes = contentOf(path);
+    QVERIFY(bytes.startsWith("#version 330 core\r\n"));
+    QVERIFY(bytes.endsWith("\r\n"));
+    QCOMPARE(bytes.count('\r'), bytes.count("\r\n"));
+    QCOMPARE(bytes.count('\n'), bytes.count("\r\n"));
 }
 
 void ResourcesTest::theWordListIsPlainUtf8()

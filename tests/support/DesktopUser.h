@@ -1,0 +1,128 @@
+#pragma once
+
+#include <QCursor>
+#include <QEvent>
+#include <QHash>
+#include <QMouseEvent>
+#include <QPoint>
+#include <QProcess>
+#include <QStringList>
+#include <QWidget>
+#include <QtTest>
+
+namespace NELK
+{
+
+/// Someone at the mouse and the keyboard of the display. What they do takes the way of all input, through the X server
+/// and the window manager. Each act returns when the application has handled it, and fails the test if that never
+/// happens. Positions are those of a window, which is on the screen.
+class DesktopUser : public QObject
+{
+public:
+    explicit DesktopUser(QWidget& window) : m_window(window), m_pointer(window.mapFromGlobal(QCursor::pos()))
+    {
+        qApp->installEventFilter(this);
+    }
+
+    void moveTo(const QPoint& position)
+    {
+        use(way(position));
+        QVERIFY2(QTest::qWaitFor([&] { return m_pointer == position; }, patience), "The pointer does not move.");
+    }
+
+    void press(Qt::MouseButton button = Qt::LeftButton)
+    {
+        act({QStringLiteral("mousedown"), numberOf(button)}, QEvent::MouseButtonPress);
+    }
+
+    void release(Qt::MouseButton button = Qt::LeftButton)
+    {
+        act({QStringLiteral("mouseup"), numberOf(button)}, QEvent::MouseButtonRelease);
+    }
+
+    void click(const QPoint& position, Qt::MouseButton button = Qt::LeftButton)
+    {
+        moveTo(position);
+        act({QStringLiteral("click"), numberOf(button)}, QEvent::MouseButtonRelease);
+    }
+
+    void doubleClick(const QPoint& position)
+    {
+        moveTo(position);
+        act({QStringLiteral("click"), QStringLiteral("--repeat"), QStringLiteral("2"), numberOf(Qt::LeftButton)},
+            QEvent::MouseButtonRelease, 2);
+    }
+
+    /// Drags by way of the middle, and keeps the button down.
+    void startDrag(const QPoint& from, const QPoint& to)
+    {
+        moveTo(from);
+        press();
+        moveTo((from + to) / 2);
+        moveTo(to);
+    }
+
+    void drag(const QPoint& from, const QPoint& to)
+    {
+        startDrag(from, to);
+        release();
+    }
+
+    void turnWheelForward(const QPoint& position) { turnWheel(position, 4); }
+    void turnWheelBackward(const QPoint& position) { turnWheel(position, 5); }
+
+    /// A key goes by its X11 name.
+    void holdKey(const QString& key) { act({QStringLiteral("keydown"), key}, QEvent::KeyPress); }
+    void releaseKey(const QString& key) { act({QStringLiteral("keyup"), key}, QEvent::KeyRelease); }
+    void strikeKey(const QString& key) { act({QStringLiteral("key"), key}, QEvent::KeyRelease); }
+
+    bool eventFilter(QObject* receiver, QEvent* event) override
+    {
+        if (receiver->isWindowType() && event->spontaneous()) {
+            ++m_arrived[event->type()];
+            if (event->type() == QEvent::MouseMove)
+                m_pointer = static_cast<QMouseEvent*>(event)->pos();
+            else if (event->type() == QEvent::Enter)
+                m_pointer = static_cast<QEnterEvent*>(event)->pos();
+        }
+        return QObject::eventFilter(receiver, event);
+    }
+
+private:
+    /// `last` is the event by which the act ends, once for each of its repetitions.
+    void act(const QStringList& command, QEvent::Type last, int times = 1)
+    {
+        const int awaited = m_arrived.value(last) + times;
+        use(command);
+        QVERIFY2(QTest::qWaitFor([&] { return m_arrived.value(last) >= awaited; }, patience),
+                 qPrintable(command.join(QLatin1Char(' ')) + QStringLiteral(" has no effect.")));
+    }
+
+    void turnWheel(const QPoint& position, int button)
+    {
+        moveTo(position);
+        act({QStringLiteral("click"), QString::number(button)}, QEvent::Wheel);
+    }
+
+    QStringList way(const QPoint& position) const
+    {
+        const QPoint onScreen = m_window.mapToGlobal(position);
+        return {QStringLiteral("mousemove"), QStringLiteral("--sync"), QString::number(onScreen.x()),
+                QString::number(onScreen.y())};
+    }
+
+    static void use(const QStringList& command) { QCOMPARE(QProcess::execute(QStringLiteral("xdotool"), command), 0); }
+
+    static QString numberOf(Qt::MouseButton button)
+    {
+        return button == Qt::LeftButton ? QStringLiteral("1") : QStringLiteral("3");
+    }
+
+    static constexpr int patience = 30000; // ms
+
+    QWidget& m_window;
+    QPoint m_pointer;
+    QHash<int, int> m_arrived;
+};
+
+} // namespace NELK
