@@ -5,6 +5,8 @@
 
 #include <QAction>
 #include <QActionGroup>
+#include <QColorDialog>
+#include <QDir>
 #include <QFileDialog>
 #include <QLabel>
 #include <QMessageBox>
@@ -37,7 +39,9 @@ MainWindow::MainWindow() : m_view(new NELK::GraphView(&m_scene, this)), m_modes(
     fillModeBar(*addToolBar(tr("Mouse")));
     addToolBarBreak();
     fillShowBar(*addToolBar(tr("Show")));
+    addToolBarBreak();
     fillNodeBar(*addToolBar(tr("Nodes")));
+    fillEdgeBar(*addToolBar(tr("Edges")));
     m_zoomLabel = new QLabel(this);
     statusBar()->addPermanentWidget(m_zoomLabel);
 
@@ -86,7 +90,17 @@ void MainWindow::fillCameraBar(QToolBar& bar)
             [this] { m_view->showFullEye(); });
     addCall(bar, tr("Zoom in"), tr("Show less, and larger"), QKeySequence::ZoomIn, [this] { m_view->zoom(true); });
     addCall(bar, tr("Zoom out"), tr("Show more, and smaller"), QKeySequence::ZoomOut, [this] { m_view->zoom(false); });
-    addCall(bar, tr("Save picture..."), tr("Save what the view shows"), QKeySequence::Save, [this] { savePicture(); });
+    addCall(bar, tr("Actual size"), tr("One pixel for each unit"), Qt::CTRL + Qt::Key_1, [this] {
+        m_view->setCameraScale(1.0f);
+        m_view->setCameraX(m_view->cameraX()); // shows the scale
+    });
+    addCall(bar, tr("Middle"), tr("Show 3000 units around the middle of the scene"), {}, [this] {
+        m_view->fitInView({-1500.0, 1500.0, 3000.0, 3000.0});
+    });
+    addCall(bar, tr("Save picture..."), tr("Save what the view shows"), QKeySequence::Save,
+            [this] { savePicture(m_view->saveImage()); });
+    addCall(bar, tr("Save overview..."), tr("Save what the overview shows"), {},
+            [this] { savePicture(m_view->saveEyeImage()); });
 }
 
 void MainWindow::fillModeBar(QToolBar& bar)
@@ -100,20 +114,30 @@ void MainWindow::fillModeBar(QToolBar& bar)
     };
     const Mode modes[] = {{tr("Select"), tr("Select and move nodes"), 1, 0},
                           {tr("Hand"), tr("Move the picture"), 2, 0},
-                          {tr("Zoom frame"), tr("Span a frame to zoom to"), 3, 0},
-                          {tr("Line"), tr("Draw a relation from one node to another"), 5, 1}};
+                          {tr("Line"), tr("Draw a relation from one node to another"), 5, 0},
+                          {tr("Line \u2192"), tr("The same with an arrow head at the end"), 5, 1},
+                          {tr("\u2190 Line"), tr("The same with an arrow head at the start"), 5, 2},
+                          {tr("\u2190 Line \u2192"), tr("The same with an arrow head at either end"), 5, 3}};
     for (const Mode& mode : modes) {
         QAction* action =
             addCall(bar, mode.text, mode.toolTip, {}, [this, mode] { m_view->setOperateMode(mode.code, mode.arrow); });
         action->setCheckable(true);
         m_modes->addAction(action);
     }
-    m_modes->actions().constFirst()->setChecked(true);
+    QAction* const select = m_modes->actions().constFirst();
+    select->setChecked(true);
+    // The view falls back to selecting by itself.
+    addCall(bar, tr("Zoom frame"), tr("Span a frame to zoom to"), {}, [this, select] {
+        m_view->setOperateMode(3, 0);
+        select->setChecked(true);
+    });
 }
 
 void MainWindow::fillShowBar(QToolBar& bar)
 {
-    addSwitch(bar, tr("Overview"), tr("Unfold the overview"), true, [this](bool on) { m_view->slotViewEyeOn(on); });
+    // No switch: the overview has a button of its own.
+    addCall(bar, tr("Overview"), tr("Fold the overview away, or unfold it"), {},
+            [this] { m_view->slotViewEyeOn(!m_view->isViewEyeVisible()); });
     addSwitch(bar, tr("Scroll bars"), tr("Show scroll bars"), true, [this](bool on) { m_view->setScrollBarShow(on); });
     addSwitch(bar, tr("Node text"), tr("Show the text of nodes"), true, [this](bool on) {
         m_scene.setNodeTextShow(on);
@@ -125,6 +149,8 @@ void MainWindow::fillShowBar(QToolBar& bar)
     });
     addSwitch(bar, tr("Camera limit"), tr("Keep the camera near the scene"), true,
               [this](bool on) { m_view->setCameraLimit(on); });
+    addSwitch(bar, tr("Large scene"), tr("Make the scene twice as wide and high"), false,
+              [this](bool on) { m_scene.setSize(on ? 16000 : 8000, on ? 9600 : 4800); });
     addSwitch(bar, tr("Block"), tr("Block mouse and keys over the network"), false,
               [this](bool on) { m_view->blockInteraction(on); });
 }
@@ -134,6 +160,8 @@ void MainWindow::fillNodeBar(QToolBar& bar)
     addCall(bar, tr("Add node"), tr("Put a node into the middle of the view"), QKeySequence::New,
             [this] { addNode(); });
     addCall(bar, tr("Remove"), tr("Remove what is selected"), QKeySequence::Delete, [this] { removeSelected(); });
+    addCall(bar, tr("Larger"), tr("Draw the selected nodes larger"), {},
+            [this] { changeSelectedNodes([](NELK::GraphNode& node) { node.setSize(1.5f); }); });
     addCall(bar, tr("Lock"), tr("Lock the selected nodes"), {},
             [this] { changeSelectedNodes([](NELK::GraphNode& node) { node.setLock(true); }); });
     addCall(bar, tr("Unlock"), tr("Let the selected nodes be moved again"), {},
@@ -150,6 +178,40 @@ void MainWindow::fillNodeBar(QToolBar& bar)
         m_scene.elementsAlignToCenter();
         m_view->NelkUpdate();
     });
+}
+
+void MainWindow::fillEdgeBar(QToolBar& bar)
+{
+    addCall(bar, tr("Right angle"), tr("Lead the selected edges around a corner"), {},
+            [this] { changeSelectedEdges([](NELK::GraphEdge& edge) { edge.setRightAngle(true); }); });
+    addCall(bar, tr("Straight"), tr("Lead the selected edges straight"), {},
+            [this] { changeSelectedEdges([](NELK::GraphEdge& edge) { edge.setRightAngle(false); }); });
+    addCall(bar, tr("Wider"), tr("Draw the selected edges wider"), {},
+            [this] { changeSelectedEdges([](NELK::GraphEdge& edge) { edge.setEdgeWidth(24); }); });
+    addCall(bar, tr("Arrows"), tr("Give the selected edges an arrow head at either end"), {}, [this] {
+        changeSelectedEdges([](NELK::GraphEdge& edge) {
+            edge.setStartArrowShow(true);
+            edge.setEndArrowShow(true);
+        });
+    });
+    addCall(bar, tr("Colour..."), tr("Choose a colour for the selected edges"), {}, [this] {
+        const QColor color = QColorDialog::getColor(Qt::black, this);
+        if (color.isValid())
+            changeSelectedEdges([&color](NELK::GraphEdge& edge) { edge.setEdgeColor(color); });
+    });
+    addCall(bar, tr("Hide edges"), tr("Hide the selected edges"), {},
+            [this] { changeSelectedEdges([](NELK::GraphEdge& edge) { edge.setShow(false); }); });
+}
+
+template <typename Change>
+void MainWindow::changeSelectedEdges(Change change)
+{
+    for (const qint64 id : qAsConst(m_selectedEdges)) {
+        NELK::GraphEdge edge = m_scene.getEdge(id);
+        if (edge.valid())
+            change(edge);
+    }
+    m_view->NelkUpdate();
 }
 
 template <typename Change>
@@ -226,11 +288,11 @@ void MainWindow::joinByLine(const QPoint& from, const QPoint& to)
     m_view->NelkUpdate();
 }
 
-void MainWindow::savePicture()
+void MainWindow::savePicture(const QImage& picture)
 {
     const QString file =
         QFileDialog::getSaveFileName(this, tr("Save picture"), QStringLiteral("network.png"), tr("Pictures (*.png)"));
-    if (!file.isEmpty() && !m_view->saveImage().save(file))
+    if (!file.isEmpty() && !picture.save(file))
         QMessageBox::warning(this, tr("Save picture"),
                              tr("The picture could not be written to\n%1\nIs there room, and may you write there?")
                                  .arg(QDir::toNativeSeparators(file)));

@@ -9,7 +9,7 @@ class QActionGroup;
 class QLabel;
 class QToolBar;
 
-/// A window on one network, with all that a view and its elements can do in its tool bars.
+/// A window on one network, with what a view and its elements can do in its tool bars.
 class MainWindow : public QMainWindow
 {
     Q_OBJECT
@@ -21,13 +21,15 @@ public:
     NELK::GraphScene& scene() { return m_scene; }
     NELK::GraphView& view() { return *m_view; }
 
-private Q_SLOTS:
+public Q_SLOTS:
+    /// Takes these for what is selected. The user's own selection comes here by itself.
     void showSelection(const QList<qint64>& nodes, const QList<qint64>& edges);
+
+private Q_SLOTS:
     void showZoom(double ratio);
     void showRightClick(NELK::E_ELEMENTS_TYPE type, qint64 id);
     void centreOn(NELK::E_ELEMENTS_TYPE type, qint64 id);
     void joinByLine(const QPoint& from, const QPoint& to);
-    void savePicture();
 
 private:
     template <typename Call>
@@ -37,11 +39,15 @@ private:
     QAction* addSwitch(QToolBar& bar, const QString& text, const QString& toolTip, bool on, Call call);
     template <typename Change>
     void changeSelectedNodes(Change change);
+    template <typename Change>
+    void changeSelectedEdges(Change change);
 
     void fillCameraBar(QToolBar& bar);
     void fillModeBar(QToolBar& bar);
     void fillShowBar(QToolBar& bar);
     void fillNodeBar(QToolBar& bar);
+    void fillEdgeBar(QToolBar& bar);
+    void savePicture(const QImage& picture);
     void addNode();
     void removeSelected();
 

@@ -46,8 +46,15 @@ NELK::GraphEdge addParallelEdge(NELK::GraphScene& scene, const NELK::GraphEdge& 
     return edge;
 }
 
+template <typename Element>
+void select(Element& element, QList<qint64>& selected)
+{
+    element.setSelect(true);
+    selected.append(element.getId());
+}
+
 /// Two people, their company and their bank: parallel edges, arrows at either end and both, a right angle, two rings.
-void addMoney(NELK::GraphScene& scene, const NELK::GraphNode& anna, const NELK::GraphNode& boris)
+void addMoney(NELK::GraphScene& scene, const NELK::GraphNode& anna, const NELK::GraphNode& boris, Selection& selection)
 {
     NELK::GraphNode company = addNode(scene, QStringLiteral("company"), QStringLiteral("Orchard Trading"), 0, -1500);
     company.setSize(1.5f);
@@ -57,7 +64,7 @@ void addMoney(NELK::GraphScene& scene, const NELK::GraphNode& anna, const NELK::
     company.setLabelSize(1.4f);
     NELK::GraphNode bank =
         addNode(scene, QStringLiteral("bank"), QStringLiteral("Harbour Bank\nBranch 7"), 2600, -1500);
-    bank.setSelect(true);
+    select(bank, selection.nodes);
 
     NELK::GraphEdge transfer = addEdge(scene, anna, boris, QStringLiteral("12 000"), money);
     transfer.setEdgeWidth(24);
@@ -66,7 +73,7 @@ void addMoney(NELK::GraphScene& scene, const NELK::GraphNode& anna, const NELK::
     NELK::GraphEdge calls = addParallelEdge(scene, transfer, 2, QStringLiteral("14 calls"), contact);
     calls.setStartArrowShow(true);
     calls.setEndArrowShow(true);
-    calls.setSelect(true);
+    select(calls, selection.edges);
 
     addEdge(scene, anna, company, QStringLiteral("owns"), Qt::darkGray);
     NELK::GraphEdge account = addEdge(scene, company, bank, QStringLiteral("account"), money);
@@ -82,7 +89,7 @@ void addMoney(NELK::GraphScene& scene, const NELK::GraphNode& anna, const NELK::
 }
 
 /// What else is known of the two: badges, set numbers, labels in several rows, sizes and scripts.
-void addTraces(NELK::GraphScene& scene, const NELK::GraphNode& anna, const NELK::GraphNode& boris)
+void addTraces(NELK::GraphScene& scene, const NELK::GraphNode& anna, const NELK::GraphNode& boris, Selection& selection)
 {
     NELK::GraphNode phone = addNode(scene, QStringLiteral("phone"), QStringLiteral("+44 20 7946 0018"), -2600, 900);
     phone.setLock(true);
@@ -90,7 +97,7 @@ void addTraces(NELK::GraphScene& scene, const NELK::GraphNode& anna, const NELK:
     NELK::GraphNode flight = addNode(scene, QStringLiteral("flight"), QStringLiteral("航班 CA 937\n伦敦"), 0, 1500);
     flight.setFocus(true);
     flight.setCombined(true);
-    flight.setSelect(true);
+    select(flight, selection.nodes);
     NELK::GraphNode city = addNode(scene, QStringLiteral("city"), QStringLiteral("北京"), 2600, 1300);
     city.setLabelSize(2.0f);
     city.setLabelColor(Qt::white, travel);
@@ -100,28 +107,31 @@ void addTraces(NELK::GraphScene& scene, const NELK::GraphNode& anna, const NELK:
     city.setLock(true);
     city.setFocus(true);
     city.setCombined(true);
-    city.setSelect(true);
+    select(city, selection.nodes);
     NELK::GraphNode parcel = addNode(scene, QStringLiteral("key"), QStringLiteral("Locker 31"), -2600, -1300);
     parcel.setSize(0.5f);
 
     addEdge(scene, anna, phone, QStringLiteral("uses"), contact);
     addEdge(scene, anna, flight, QStringLiteral("booked"), travel);
     addEdge(scene, boris, flight, QStringLiteral("boarded"), travel);
-    addEdge(scene, flight, city, QStringLiteral("到达"), travel).setSelect(true);
+    NELK::GraphEdge arrival = addEdge(scene, flight, city, QStringLiteral("到达"), travel);
+    select(arrival, selection.edges);
     addEdge(scene, anna, parcel, {}, suspicion);
 }
 
 } // namespace
 
-void buildSampleNetwork(NELK::GraphScene& scene)
+Selection buildSampleNetwork(NELK::GraphScene& scene)
 {
+    Selection selection;
     NELK::GraphNode anna = addNode(scene, QStringLiteral("person"), QStringLiteral("Anna Weber"), -1400, 0);
     NELK::GraphNode boris =
         addNode(scene, QStringLiteral("person"), QStringLiteral("Boris Lang\nborn 1971 in Riga"), 1400, 0);
     boris.setCircleShow(true);
     boris.setCircleColor(suspicion);
     boris.setSetNum({QStringLiteral("2"), QStringLiteral("41")});
-    boris.setSelect(true);
-    addMoney(scene, anna, boris);
-    addTraces(scene, anna, boris);
+    select(boris, selection.nodes);
+    addMoney(scene, anna, boris, selection);
+    addTraces(scene, anna, boris, selection);
+    return selection;
 }

@@ -2,8 +2,7 @@
 
 #include "MainWindow.h"
 
-#include <NELK/GraphNode.h>
-
+#include <QAction>
 #include <QCoreApplication>
 #include <QDir>
 #include <QPixmap>
@@ -33,32 +32,34 @@ bool writePicture(MainWindow& window, const QString& file)
     return false;
 }
 
+/// As if somebody pressed the button with that text.
+void press(const MainWindow& window, const QString& text)
+{
+    for (QAction* action : window.findChildren<QAction*>()) {
+        if (action->text() == text)
+            action->trigger();
+    }
+}
+
 QList<Step> stepsThrough(MainWindow& window)
 {
-    NELK::GraphView& view = window.view();
-    NELK::GraphScene& scene = window.scene();
-    return {{QStringLiteral("whole-scene"), [&view] { view.showFullEye(); }},
-            {QStringLiteral("fitted"), [&view] { view.fitToView(); }},
-            {QStringLiteral("selection"), [&view] { view.selectedViewMax(); }},
+    const auto pressing = [&window](const QStringList& texts) {
+        return [&window, texts] {
+            for (const QString& text : texts)
+                press(window, text);
+        };
+    };
+    return {{QStringLiteral("whole-scene"), pressing({"Whole scene"})},
+            {QStringLiteral("fitted"), pressing({"Fit"})},
+            {QStringLiteral("selection"), pressing({"Fit selection"})},
             {QStringLiteral("near"),
-             [&view] {
-                 view.setCameraScale(1.0f);
-                 view.setCameraX(1400);
-                 view.setCameraY(-100);
+             [&window] {
+                 window.view().setCameraScale(1.0f);
+                 window.view().setCameraX(1400);
+                 window.view().setCameraY(-100);
              }},
-            {QStringLiteral("without-overview-and-bars"),
-             [&view] {
-                 view.slotViewEyeOn(false);
-                 view.setScrollBarShow(false);
-                 view.fitToView();
-             }},
-            {QStringLiteral("without-node-text"), [&view, &scene] {
-                 view.slotViewEyeOn(true);
-                 view.setScrollBarShow(true);
-                 scene.setNodeTextShow(false);
-                 view.NelkUpdate();
-                 view.fitHeight();
-             }}};
+            {QStringLiteral("without-overview-and-bars"), pressing({"Overview", "Scroll bars", "Fit"})},
+            {QStringLiteral("without-node-text"), pressing({"Overview", "Scroll bars", "Node text", "Fit height"})}};
 }
 
 } // namespace

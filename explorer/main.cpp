@@ -9,6 +9,7 @@
 #include <QApplication>
 #include <QCommandLineParser>
 #include <QMessageBox>
+#include <QTextStream>
 
 #include <cstdlib>
 
@@ -28,11 +29,15 @@ int main(int argc, char* argv[])
     const bool usable = NELK::INIT_NELK() != NELK::GL_TEST_NO_GL;
     QCoreApplication::processEvents(); // the atlases arrive
     MainWindow window;
-    buildSampleNetwork(window.scene());
+    const Selection selection = buildSampleNetwork(window.scene());
+    window.showSelection(selection.nodes, selection.edges);
     window.resize(1280, 860);
     window.show();
-    if (parser.isSet(tourOption))
-        return playTour(window, parser.value(tourOption)) ? EXIT_SUCCESS : EXIT_FAILURE;
+    if (parser.isSet(tourOption)) {
+        if (!usable)
+            QTextStream(stderr) << "nelk-explorer: OpenGL 3.3 is not available, so there is nothing to show\n";
+        return usable && playTour(window, parser.value(tourOption)) ? EXIT_SUCCESS : EXIT_FAILURE;
+    }
     if (!usable)
         QMessageBox::warning(&window, QApplication::applicationName(),
                              QStringLiteral("OpenGL 3.3 is not available, so the network cannot be drawn."));

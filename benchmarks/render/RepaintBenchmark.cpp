@@ -2,6 +2,7 @@
 // display, in the folder that holds entity/, with a data home that has a font.
 
 #include "startup/AtlasStart.h"
+#include "support/DrawCalls.h"
 #include "support/FilledScene.h"
 #include "support/RunBenchmarks.h"
 #include "support/Timing.h"
@@ -42,6 +43,21 @@ public:
 
     /// How long drawing alone has taken, before Qt puts the picture into the window.
     double drawingSeconds() const { return m_drawingSeconds; }
+
+    /// A repaint as far as the processor has to ask for it.
+    void issue() { View::paintGL(); }
+
+    /// Hands the bytes of all lists that are painted to OpenGL, and does nothing else.
+    void uploadAlone()
+    {
+        const InstanceList* const lists[] = {&scene->circleItems,   &scene->ringItems,      &scene->imageItems,
+                                             &scene->textItems,     &scene->selCircleItems, &scene->selRingItems,
+                                             &scene->selImageItems, &scene->frameItems,     &scene->selTextItems,
+                                             &scene->edgeLineItems, &scene->edgeCurveItems, &scene->arrowItems,
+                                             &scene->edgeRingItems, &scene->edgeTextItems};
+        for (const InstanceList* list : lists)
+            uploadInstances(imageMesh.instances, *list);
+    }
 
 protected:
     void paintGL() override
@@ -128,6 +144,25 @@ void near(benchmark::State& state, Layout layout)
     });
 }
 
+/// Everything of a repaint but what OpenGL does to draw, in turns with handing over the same bytes.
+void issued(benchmark::State& state, Layout layout)
+{
+    DressedScene& dressed = dressedScene(static_cast<std::size_t>(state.range(0)), layout);
+    MeasuredView& view = *dressed.view;
+    view.setCameraScale(1.0f); // text is drawn
+    view.makeCurrent();
+    DrawCalls calls([](const DrawCall&) {});
+    calls.swallowsInstances = true;
+    double uploadSeconds = 0.0;
+    double issueSeconds = 0.0;
+    for ([[maybe_unused]] auto iteration : state) {
+        uploadSeconds += secondsOf([&view] { view.uploadAlone(); });
+        issueSeconds += secondsOf([&view] { view.issue(); });
+    }
+    state.counters["issue_ms"] = issueSeconds / static_cast<double>(state.iterations()) * 1e3;
+    state.counters["ratio_to_upload"] = issueSeconds / uploadSeconds;
+}
+
 void overSizes(benchmark::internal::Benchmark* measured)
 {
     measured->Unit(benchmark::kMillisecond)->MeasureProcessCPUTime()->UseRealTime()->Iterations(10);
@@ -135,6 +170,7 @@ void overSizes(benchmark::internal::Benchmark* measured)
 }
 
 BENCHMARK_CAPTURE(fitted, laid out, LAID_OUT)->Apply(overSizes);
+BENCHMARK_CAPTURE(issued, laid out, LAID_OUT)->Apply(overSizes);
 BENCHMARK_CAPTURE(near, laid out, LAID_OUT)->Apply(overSizes);
 BENCHMARK_CAPTURE(fitted, scattered, SCATTERED)->Apply(overSizes);
 BENCHMARK_CAPTURE(near, scattered, SCATTERED)->Apply(overSizes);

@@ -32,16 +32,21 @@ class ViewEye;
 /// Positions are in one of two planes. Scene: scene units, y up, the origin in the middle of the scene. Widget: pixels,
 /// device-independent, from the upper left corner of this widget, y down. The scale is in pixels a scene unit.
 ///
-/// All members belong to the user interface thread. The scene must outlive the view. A slot that a signal of this
-/// class or of the scene is connected to may delete the view.
+/// With the left button the user clicks nodes and edges to select them, with control held to add or take away, drags
+/// selected nodes, or spans a frame; a way of up to eight pixels is a click. The wheel zooms at the cursor. In the
+/// overview a drag of the rectangle moves what is in sight, a click elsewhere jumps there, and the wheel zooms.
+///
+/// All members belong to the user interface thread. The scene must outlive the view. A slot that a signal of this class
+/// or of the scene is connected to may delete the view with deleteLater(). It may also delete it at once, but not while
+/// the view is being resized, while a scroll bar is clicked, or on a right click: there Qt itself is not done with it.
 class NELK_EXPORT GraphView : public QWidget
 {
     Q_OBJECT
 
 public:
     /// Shows `scene`. `hasEye` asks for the overview, `hasEyeButton` for its button, which a view without an overview
-    /// does not have. Without an overview the scroll bars do not follow the camera, and signalZoomRatioChanged() comes
-    /// only when the size of the scene changes.
+    /// does not have. Without an overview the scroll bars do not follow the camera, keys pan by the steps of when the
+    /// size of the scene last changed, or not at all, and signalZoomRatioChanged() comes only at such a change.
     explicit GraphView(const GraphScene* scene, QWidget* parent = nullptr, bool hasEye = true, bool hasScrollBar = true,
                        bool hasEyeButton = true);
     ~GraphView() override;
@@ -50,10 +55,14 @@ public:
     /// once after many changes.
     void NelkUpdate();
 
-    // The camera. Out-of-range scales and positions are clamped: the least scale shows the whole scene, the greatest is
-    // 1, or ten times the least where the view is wider or higher than the scene.
+    /// @name The camera
+    /// Out-of-range scales and positions are clamped: the least scale shows the whole scene, the greatest is 1, or ten
+    /// times the least where the view is wider or higher than the scene. Before the view is first shown there is no
+    /// range, and the scale stays at 1.
+    /// @{
 
-    /// Shows all shown nodes with a margin.
+    /// Shows all shown nodes with a margin of 512 units; without any, the middle of the scene as large as may be. So do
+    /// the other fits.
     void fitToView();
     /// Shows the height of all shown nodes with a margin; the horizontal position stays.
     void fitHeight();
@@ -63,14 +72,15 @@ public:
     void showFullEye();
     /// Shows all nodes that are shown and selected, with a margin.
     void selectedViewMax();
-    /// Shows the width of `rect`, in the scene plane with its greatest y as its top; its height may not fit.
+    /// Shows the width of `rect`, in the scene plane with its greatest y as its top; its height may not fit. Without a
+    /// width it takes the greatest scale, with a negative one the least.
     void fitInView(const QRectF& rect);
     /// One step of 1.05, in or out.
     void zoom(bool in);
     /// How many times what the view shows would have to grow to show the whole scene, along its tighter axis: the
     /// reciprocal of what signalZoomRatioChanged() carries.
     double getZoomRatio() const;
-    /// The least width in scene units that the view can show.
+    /// The least width in scene units that the view can show; the greatest int before it is first shown.
     int minFitWidth() const;
     /// The scene point in the middle of the view, times the scale, cut toward zero; y up.
     int cameraX() const;
@@ -88,12 +98,14 @@ public:
     QRect viewRect() const;
     /// From the widget plane to the scene plane, in whole units.
     QPoint viewToScene(const QPoint& point) const;
+    /// @}
+
     /// How long it took to issue the last repaint, in milliseconds; 10 before the first.
     int getRenderT() const;
 
     /// What the mouse does: 1 selects and moves nodes, 2 pans, 3 spans a frame to zoom to and then falls back to 1, and
     /// 5 draws a line, of which signalProcessLine() tells. Any other `mode` counts as 1. `arrow` says which ends of the
-    /// line have an arrow head: 0 neither, 1 the end, 2 the start, 3 both.
+    /// line have an arrow head: 0 neither, 1 the end, 2 the start, 3 both. These are not the numbers of E_OP_MODE.
     void setOperateMode(int mode, int arrow);
     /// Blocks mouse, wheel and keys over the network. Overview, scroll bars and all calls stay as they are.
     void blockInteraction(bool block);
@@ -108,19 +120,22 @@ public:
     /// Shows or hides the scroll bars of a view that was made with them.
     void setScrollBarShow(bool show);
 
+    // String connections spell the enumeration as it stands here, without its namespace.
+
 Q_SIGNALS:
-    // `id` is that of the node or edge, -1 for the background.
+    /// The right button was pressed, in any mode. `id` is that of the node or edge, -1 for the background.
     void signalRightMouseButtonClicked(E_ELEMENTS_TYPE type, qint64 id);
     /// A node or an edge was clicked twice; never the background.
     void signalLeftMouseButtonDblClicked(E_ELEMENTS_TYPE type, qint64 id);
-    /// A line was drawn from `p1` to `p2`, in the widget plane.
+    /// A line of more than eight pixels was drawn from `p1` to `p2`, in the widget plane.
     void signalProcessLine(const QPoint& p1, const QPoint& p2);
     /// The share of the scene that the view shows, along its tighter axis, with each change of the camera; 0 when the
     /// size of the scene has changed.
     void signalZoomRatioChanged(double rRatio);
 
 public Q_SLOTS:
-    /// Unfolds the overview or folds it away. Only for a view that was made with one.
+    /// Unfolds the overview or folds it away. Only for a view that was made with one; a debug build asserts this. The
+    /// button is not told, so its next press may ask for what is already so.
     void slotViewEyeOn(bool on);
 
 protected:
@@ -144,6 +159,7 @@ private:
     void panByKey(int key);
     void layOut();
     void placeEyeButton(int x, int y);
+    void placeEyeButtonInCorner();
     void updateScrollBars();
 
     /// Thickness of the scroll bars in pixels.

@@ -5,7 +5,7 @@
 namespace NELK
 {
 
-/// What the mouse does in a view.
+/// What the mouse does in a view. GraphView::setOperateMode() has numbers of its own.
 enum E_OP_MODE
 {
     /// Clicks select, a drag moves the selected nodes or spans a frame that selects.

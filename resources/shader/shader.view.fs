@@ -23,7 +23,10 @@ vec4 textBlend(float fontColor)
 
 void main()
 {
-    vec4 texel = texture(texture0, TexCoords);
+    // In one place: software renderers run through all branches.
+    vec4 texel = vec4(0.0);
+    if (modelType == 0 || modelType == 4)
+        texel = texture(texture0, TexCoords);
     if (modelType == 0)
         FragColor = texel;
     else if (modelType == 1)

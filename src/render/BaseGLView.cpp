@@ -4,11 +4,12 @@
 #include "startup/AtlasStart.h"
 #include "startup/ContextFormat.h"
 
+#include <QCoreApplication>
 #include <QDebug>
 #include <QElapsedTimer>
-#include <QEvent>
 #include <QFile>
 #include <QOpenGLContext>
+#include <QWindow>
 
 namespace NELK
 {
@@ -28,12 +29,11 @@ BaseGLView::~BaseGLView()
     BaseGLView::destroyGLObjects();
 }
 
-/// Takes the samples out of Qt's hands where a window change or a late show may make another context: Qt drops them
-/// from the format when it makes the first one. Without a size it makes none, so that the format can be set again.
+/// Qt 5.15 clears the samples in the requested format when it makes a context, so that the next one, in another window,
+/// would be without antialiasing. Without a size Qt makes none, and the format can be set again in between.
 bool BaseGLView::event(QEvent* event)
 {
-    const bool mayChangeContext = event->type() == QEvent::WindowChangeInternal || event->type() == QEvent::Show;
-    if (!mayChangeContext || !context())
+    if (!context() || !mayChangeContext(event->type()))
         return QOpenGLWidget::event(event);
     const QSize fullSize = size();
     resize(0, 0);
@@ -44,8 +44,16 @@ bool BaseGLView::event(QEvent* event)
     return handled;
 }
 
+bool BaseGLView::mayChangeContext(QEvent::Type event) const
+{
+    if (QCoreApplication::testAttribute(Qt::AA_ShareOpenGLContexts))
+        return false;
+    return event == QEvent::WindowChangeInternal || (event == QEvent::Show && m_hasContextWithoutWindow);
+}
+
 void BaseGLView::initializeGL()
 {
+    m_hasContextWithoutWindow = !window()->windowHandle();
     startAtlases();
     if (!initializeOpenGLFunctions()) {
         qWarning("OpenGL not Support, exit.");
@@ -57,7 +65,7 @@ void BaseGLView::initializeGL()
     initShaders();
     initGLObjects();
     glReady = true;
-    // Qt resizes neither a widget that is grabbed before it was shown nor one that moves to another window.
+    // Qt does not resize a widget that is grabbed before it was shown.
     resizeGL(width(), height());
 }
 
@@ -153,11 +161,10 @@ void BaseGLView::uploadInstances(GLuint buffer, const InstanceList& list)
     glBindBuffer(GL_ARRAY_BUFFER, 0);
 }
 
-void BaseGLView::drawInstances(const InstancedMesh& mesh, GLenum primitive, GLsizei vertexCount,
-                               const InstanceList& list)
+void BaseGLView::drawInstances(const InstancedMesh& mesh, GLenum primitive, const InstanceList& list)
 {
     glBindVertexArray(mesh.vao);
-    glDrawArraysInstanced(primitive, 0, vertexCount, list.count);
+    glDrawArraysInstanced(primitive, 0, mesh.vertexCount, list.count);
 }
 
 } // namespace NELK

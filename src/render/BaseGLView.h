@@ -3,11 +3,10 @@
 #include "render/ShaderProgram.h"
 #include "scene/InstanceList.h"
 
+#include <QEvent>
 #include <QOpenGLFunctions_3_3_Core>
 #include <QOpenGLPixelTransferOptions>
 #include <QOpenGLWidget>
-
-#include <vector>
 
 class ImageManager;
 
@@ -23,6 +22,7 @@ struct InstancedMesh
     GLuint vbo = 0;
     GLuint vao = 0;
     GLuint instances = 0;
+    GLsizei vertexCount = 0;
 };
 
 /// The widget that everything is drawn in: holds the program, the meshes, the textures and the frame of a repaint. What
@@ -85,7 +85,7 @@ protected:
     /// Hands a list over. A buffer serves several lists in one repaint, so this comes right before the draw.
     void uploadInstances(GLuint buffer, const InstanceList& list);
     /// Draws the mesh once for each record of a list that was handed over.
-    void drawInstances(const InstancedMesh& mesh, GLenum primitive, GLsizei vertexCount, const InstanceList& list);
+    void drawInstances(const InstancedMesh& mesh, GLenum primitive, const InstanceList& list);
 
     GLuint entityTexture = 0;
     GLuint textTexture = 0;
@@ -99,8 +99,6 @@ protected:
     InstancedMesh edgeCurveMesh;
     InstancedMesh arrowMesh;
     ShaderProgram shader;
-    qint32 circleVertexCount = 0;
-    qint32 ringVertexCount = 0;
     /// The context has all that a repaint needs.
     bool glReady = false;
     Scene* scene;
@@ -112,11 +110,17 @@ private Q_SLOTS:
     void slotContextDestroyed();
 
 private:
-    void createMesh(InstancedMesh& mesh, const std::vector<float>& vertices);
-    void createInstancedMesh(InstancedMesh& mesh, const std::vector<float>& vertices);
+    bool mayChangeContext(QEvent::Type event) const;
+    template <typename Floats>
+    void createMesh(InstancedMesh& mesh, const Floats& vertices);
+    template <typename Floats>
+    void createInstancedMesh(InstancedMesh& mesh, const Floats& vertices);
     void bindInstanceAttributes(GLuint buffer, GLuint firstLocation);
     void createTexture(GLuint& texture);
     void destroyMesh(InstancedMesh& mesh);
+
+    /// It was made for a picture of a widget that is not in a window yet.
+    bool m_hasContextWithoutWindow = false;
 };
 
 } // namespace NELK

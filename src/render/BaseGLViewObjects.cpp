@@ -4,13 +4,16 @@
 #include "render/CircleMeshData.h"
 #include "render/RingMeshData.h"
 
+#include <array>
+
 namespace NELK
 {
 
 namespace
 {
 
-constexpr GLsizei vertexStride = 4 * sizeof(float);
+constexpr GLsizei floatsPerVertex = 4;
+constexpr GLsizei vertexStride = floatsPerVertex * sizeof(float);
 constexpr GLsizei columnSize = 4 * sizeof(float);
 constexpr GLuint instanceColumns = sizeof(InstanceRecord) / columnSize;
 
@@ -23,29 +26,57 @@ const void* bufferOffset(GLsizei bytes)
 // Each vertex is x, y, para.x, para.y.
 
 /// The unit square as two triangles; para runs from the lower left to the upper right corner.
-const std::vector<float> quadVertices{-0.5f, 0.5f,  0.0f, 1.0f, //
-                                      0.5f,  0.5f,  1.0f, 1.0f, //
-                                      0.5f,  -0.5f, 1.0f, 0.0f, //
-                                      -0.5f, 0.5f,  0.0f, 1.0f, //
-                                      0.5f,  -0.5f, 1.0f, 0.0f, //
-                                      -0.5f, -0.5f, 0.0f, 0.0f};
+constexpr std::array<float, 24> quadVertices{-0.5f, 0.5f,  0.0f, 1.0f, //
+                                             0.5f,  0.5f,  1.0f, 1.0f, //
+                                             0.5f,  -0.5f, 1.0f, 0.0f, //
+                                             -0.5f, 0.5f,  0.0f, 1.0f, //
+                                             0.5f,  -0.5f, 1.0f, 0.0f, //
+                                             -0.5f, -0.5f, 0.0f, 0.0f};
 
 /// The four sides of the unit square as lines.
-const std::vector<float> frameVertices{-0.5f, 0.5f,  1.0f, 1.0f, //
-                                       0.5f,  0.5f,  1.0f, 1.0f, //
-                                       0.5f,  0.5f,  1.0f, 1.0f, //
-                                       0.5f,  -0.5f, 1.0f, 1.0f, //
-                                       0.5f,  -0.5f, 1.0f, 1.0f, //
-                                       -0.5f, -0.5f, 0.0f, 1.0f, //
-                                       -0.5f, -0.5f, 1.0f, 1.0f, //
-                                       -0.5f, 0.5f,  1.0f, 1.0f};
+constexpr std::array<float, 32> frameVertices{-0.5f, 0.5f,  1.0f, 1.0f, //
+                                              0.5f,  0.5f,  1.0f, 1.0f, //
+                                              0.5f,  0.5f,  1.0f, 1.0f, //
+                                              0.5f,  -0.5f, 1.0f, 1.0f, //
+                                              0.5f,  -0.5f, 1.0f, 1.0f, //
+                                              -0.5f, -0.5f, 0.0f, 1.0f, //
+                                              -0.5f, -0.5f, 1.0f, 1.0f, //
+                                              -0.5f, 0.5f,  1.0f, 1.0f};
 
 /// A triangle that points to the right.
-const std::vector<float> arrowVertices{-0.5f, 0.4f,  0.0f, 0.0f, //
-                                       -0.5f, -0.4f, 0.0f, 0.0f, //
-                                       0.5f,  0.0f,  0.0f, 0.0f};
+constexpr std::array<float, 12> arrowVertices{-0.5f, 0.4f,  0.0f, 0.0f, //
+                                              -0.5f, -0.4f, 0.0f, 0.0f, //
+                                              0.5f,  0.0f,  0.0f, 0.0f};
 
 } // namespace
+
+/// Leaves the vertex array bound.
+template <typename Floats>
+void BaseGLView::createMesh(InstancedMesh& mesh, const Floats& vertices)
+{
+    mesh.vertexCount = static_cast<GLsizei>(vertices.size()) / floatsPerVertex;
+    glGenVertexArrays(1, &mesh.vao);
+    glGenBuffers(1, &mesh.vbo);
+    glBindVertexArray(mesh.vao);
+    glBindBuffer(GL_ARRAY_BUFFER, mesh.vbo);
+    glBufferData(GL_ARRAY_BUFFER, static_cast<GLsizeiptr>(vertices.size() * sizeof(float)), vertices.data(),
+                 GL_STATIC_DRAW);
+    for (const GLuint location : {0u, 1u}) {
+        glEnableVertexAttribArray(location);
+        glVertexAttribPointer(location, 2, GL_FLOAT, GL_FALSE, vertexStride,
+                              bufferOffset(static_cast<GLsizei>(location * 2 * sizeof(float))));
+    }
+}
+
+template <typename Floats>
+void BaseGLView::createInstancedMesh(InstancedMesh& mesh, const Floats& vertices)
+{
+    createMesh(mesh, vertices);
+    glGenBuffers(1, &mesh.instances);
+    bindInstanceAttributes(mesh.instances, 2);
+    glBindBuffer(GL_ARRAY_BUFFER, 0);
+    glBindVertexArray(0);
+}
 
 void BaseGLView::createQuadMesh()
 {
@@ -76,16 +107,12 @@ void BaseGLView::createEdgeCurveMesh()
 
 void BaseGLView::createCircleMesh()
 {
-    const CircleMeshData circle(40);
-    circleVertexCount = circle.vertexCount();
-    createInstancedMesh(circleMesh, circle.vertices());
+    createInstancedMesh(circleMesh, CircleMeshData(40).vertices());
 }
 
 void BaseGLView::createRingMesh()
 {
-    const RingMeshData ring(80);
-    ringVertexCount = ring.vertexCount();
-    createInstancedMesh(ringMesh, ring.vertices());
+    createInstancedMesh(ringMesh, RingMeshData(80).vertices());
 }
 
 void BaseGLView::createFrameMesh()
@@ -106,31 +133,6 @@ void BaseGLView::createEntityTexture()
 void BaseGLView::createTextTexture()
 {
     createTexture(textTexture);
-}
-
-/// Leaves the vertex array bound.
-void BaseGLView::createMesh(InstancedMesh& mesh, const std::vector<float>& vertices)
-{
-    glGenVertexArrays(1, &mesh.vao);
-    glGenBuffers(1, &mesh.vbo);
-    glBindVertexArray(mesh.vao);
-    glBindBuffer(GL_ARRAY_BUFFER, mesh.vbo);
-    glBufferData(GL_ARRAY_BUFFER, static_cast<GLsizeiptr>(vertices.size() * sizeof(float)), vertices.data(),
-                 GL_STATIC_DRAW);
-    for (const GLuint location : {0u, 1u}) {
-        glEnableVertexAttribArray(location);
-        glVertexAttribPointer(location, 2, GL_FLOAT, GL_FALSE, vertexStride,
-                              bufferOffset(static_cast<GLsizei>(location * 2 * sizeof(float))));
-    }
-}
-
-void BaseGLView::createInstancedMesh(InstancedMesh& mesh, const std::vector<float>& vertices)
-{
-    createMesh(mesh, vertices);
-    glGenBuffers(1, &mesh.instances);
-    bindInstanceAttributes(mesh.instances, 2);
-    glBindBuffer(GL_ARRAY_BUFFER, 0);
-    glBindVertexArray(0);
 }
 
 void BaseGLView::bindInstanceAttributes(GLuint buffer, GLuint firstLocation)

@@ -7,6 +7,8 @@
 #include "scene/Scene.h"
 #include "scene/Truncation.h"
 
+#include <utility>
+
 namespace NELK
 {
 

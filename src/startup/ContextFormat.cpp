@@ -26,7 +26,7 @@ bool hasCoreFunctions(const QSurfaceFormat& format)
 {
     QOpenGLContext context;
     context.setFormat(format);
-    return context.create() && context.format().version() >= leastVersion;
+    return context.create() && !context.isOpenGLES() && context.format().version() >= leastVersion;
 }
 
 QSurfaceFormat contextFormat(const QSurfaceFormat& defaultFormat,
@@ -39,6 +39,7 @@ QSurfaceFormat contextFormat(const QSurfaceFormat& defaultFormat,
 
     // Some drivers offer later versions in a core profile alone.
     QSurfaceFormat coreFormat = format;
+    coreFormat.setRenderableType(QSurfaceFormat::OpenGL);
     coreFormat.setVersion(leastVersion.first, leastVersion.second);
     coreFormat.setProfile(QSurfaceFormat::CoreProfile);
     coreFormat = withWideLines(coreFormat);

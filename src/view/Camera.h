@@ -46,7 +46,7 @@ public:
     void setScreenSize(int width, int height);
     /// In scene units.
     void setSceneSize(int width, int height);
-    /// `step` is kept for those who ask how far one of the range's steps goes. The scale stays as it is.
+    /// `step` is kept and read by nothing. The scale stays as it is.
     void setScaleRange(float least, float greatest, float step);
 
     /// From the scene plane to pixels around the middle of the view, y up. Flattens z.

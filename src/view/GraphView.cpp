@@ -1,5 +1,6 @@
 #include <NELK/GraphView.h>
 
+#include "scene/Rectangles.h"
 #include "scene/Scene.h"
 #include "scene/Truncation.h"
 #include "view/SelectArea.h"
@@ -17,7 +18,6 @@
 #include <QScrollBar>
 #include <QSignalBlocker>
 
-#include <algorithm>
 #include <cmath>
 
 namespace NELK
@@ -27,8 +27,26 @@ namespace
 {
 
 /// The user moves a bar: the camera change that follows leaves the bars alone, so that none is rewritten under the
-/// user's hand. One for all views is enough, since it is set and cleared within one chain of signals.
+/// user's hand. One for all views is enough, since it is set and cleared within one chain of signals; of a view without
+/// an overview, which does not hear of its camera, with the next change of the scene's size.
 bool scrollGuard = false;
+
+/// Sets the guard for a move of a bar. A slot of the host may delete the view; then nobody else would clear it.
+class GuardedScroll
+{
+public:
+    explicit GuardedScroll(GraphView& view) : m_view(&view) { scrollGuard = true; }
+    ~GuardedScroll()
+    {
+        if (!m_view)
+            scrollGuard = false;
+    }
+
+    Q_DISABLE_COPY(GuardedScroll)
+
+private:
+    QPointer<GraphView> m_view;
+};
 
 /// So that the signals can be queued, under either way to spell the types.
 void registerSignalTypes()
@@ -64,6 +82,8 @@ void configure(QScrollBar& bar, float limit, int step, int page, int value)
 }
 
 } // namespace
+
+const int GraphView::m_barSize;
 
 GraphView::GraphView(const GraphScene* scene, QWidget* parent, bool hasEye, bool hasScrollBar, bool hasEyeButton)
     : QWidget(parent),
@@ -193,11 +213,13 @@ void GraphView::setScrollBarShow(bool show)
     m_hBar->setVisible(show);
     m_vBar->setVisible(show);
     m_corner->setVisible(show);
+    m_layout->activate(); // now: the camera's share of the scene depends on the size of the view
     layOut();
 }
 
 void GraphView::slotViewEyeOn(bool on)
 {
+    Q_ASSERT(m_hasEye);
     m_eyeHidden = !on;
     m_eye->setVisible(on);
     if (!m_hasEyeButton)
@@ -206,7 +228,7 @@ void GraphView::slotViewEyeOn(bool on)
         placeEyeButton(truncated(static_cast<float>(m_areaWidth) - m_eyeWidth),
                        truncated(static_cast<float>(m_areaHeight) - m_eyeHeight));
     else
-        placeEyeButton(m_areaWidth - TriangleWidget::edgeLength, m_areaHeight - TriangleWidget::edgeLength);
+        placeEyeButtonInCorner();
 }
 
 void GraphView::keyPressEvent(QKeyEvent* event)
@@ -274,7 +296,7 @@ void GraphView::layOut()
     const int x = m_areaWidth - eyeWidth;
     const int y = m_areaHeight - eyeHeight;
     if (m_eyeHidden)
-        placeEyeButton(m_areaWidth - TriangleWidget::edgeLength, m_areaHeight - TriangleWidget::edgeLength);
+        placeEyeButtonInCorner();
     else
         placeEyeButton(x, y);
     m_eye->placeEye(x, y, eyeWidth, eyeHeight);
@@ -283,6 +305,11 @@ void GraphView::layOut()
 void GraphView::placeEyeButton(int x, int y)
 {
     m_eyeButton->setGeometry(x, y, TriangleWidget::edgeLength, TriangleWidget::edgeLength);
+}
+
+void GraphView::placeEyeButtonInCorner()
+{
+    placeEyeButton(m_areaWidth - TriangleWidget::edgeLength, m_areaHeight - TriangleWidget::edgeLength);
 }
 
 void GraphView::slotFrameModeChanged(E_OP_MODE mode)
@@ -294,8 +321,7 @@ void GraphView::slotFrameSizeChanged(bool show, const QPoint& p1, const QPoint& 
 {
     m_selectArea->setP1(p1);
     m_selectArea->setP2(p2);
-    m_selectArea->setGeometry(QRect(QPoint(std::min(p1.x(), p2.x()), std::min(p1.y(), p2.y())),
-                                    QPoint(std::max(p1.x(), p2.x()), std::max(p1.y(), p2.y()))));
+    m_selectArea->setGeometry(rectFromCorners(p1, p2));
     m_selectArea->setVisible(show);
     if (!show && m_selectArea->mode() == OP_LINE)
         Q_EMIT signalProcessLine(p1, p2);
@@ -341,13 +367,13 @@ void GraphView::updateScrollBars()
 
 void GraphView::slotHScrollBarValueChanged(int value)
 {
-    scrollGuard = true;
+    const GuardedScroll guarded(*this);
     m_view->setCameraX(value, false);
 }
 
 void GraphView::slotVScrollBarValueChanged(int value)
 {
-    scrollGuard = true;
+    const GuardedScroll guarded(*this);
     m_view->setCameraY(-value, false);
 }
 

@@ -1,5 +1,7 @@
 #include "view/SelectArea.h"
 
+#include "scene/Rectangles.h"
+
 #include <QPainter>
 
 namespace NELK
@@ -39,7 +41,7 @@ void SelectArea::paintZoomFrame()
 {
     QPainter painter(this);
     painter.setPen(QPen(QBrush(Qt::black), 8.0, Qt::DotLine, Qt::SquareCap, Qt::BevelJoin));
-    painter.drawRect(QRect(mapFromParent(m_p1), mapFromParent(m_p2)).normalized());
+    painter.drawRect(rectFromCorners(mapFromParent(m_p1), mapFromParent(m_p2)));
 }
 
 void SelectArea::paintLine()

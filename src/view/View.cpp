@@ -6,8 +6,21 @@
 #include "scene/Scene.h"
 #include "view/ViewInteraction.h"
 
+#include <algorithm>
+
 namespace NELK
 {
+
+namespace
+{
+
+/// Asked of the atlas itself: the lists are those of all views on the scene, and this one may not have drawn yet.
+qint32 atlasColumns(const ImageManager& atlas)
+{
+    return std::max(atlas.texColNum(), 1);
+}
+
+} // namespace
 
 View::View(Scene* shownScene, QWidget* parent)
     : BaseGLView(shownScene, parent), m_interaction(new ViewInteraction(this))
@@ -29,12 +42,12 @@ View::~View()
 
 void View::rebuildAll()
 {
-    NELK::rebuildAll(*scene, textCols);
+    NELK::rebuildAll(*scene, atlasColumns(*textImages));
 }
 
 void View::rebuildParallel()
 {
-    NELK::rebuildParallel(*scene, textCols);
+    NELK::rebuildParallel(*scene, atlasColumns(*textImages));
 }
 
 void View::initShaders()

@@ -41,7 +41,8 @@ public:
     void rebuildAll();
     /// After a change of the selection: all but the overview's list, on several threads.
     void rebuildParallel();
-    /// The texture of an image file, at most 256 by 256; null if there is no image. Owned by the view.
+    /// The texture of an image file, at most 256 by 256; null if there is no image, or nothing to draw with yet. It
+    /// lasts as long as the view and its window do.
     QOpenGLTexture* textureForPath(const QString& path);
 
     // What the mouse does, at points of the widget. Radii are in pixels. Nodes come before edges.
@@ -69,7 +70,7 @@ public:
     void doubleClick(QPoint position);
     void rightPress(QPoint position);
 
-    // Camera. Integers are cut toward zero. What changes the camera refreshes everything that shows it, unless told.
+    // Camera. Integers are cut toward zero. What moves the camera refreshes everything that shows it, unless told.
 
     /// The camera's position in scene units or, `scaled`, in pixels.
     int cameraX(bool scaled) const;
@@ -79,6 +80,7 @@ public:
     float cameraScale() const { return camera.scale(); }
     /// Shows with the next other change of the camera.
     void setCameraScale(float scale) { camera.setScale(scale); }
+    /// Takes effect with the next change of the camera.
     void setCameraLimit(bool on) { camera.setLimited(on); }
     /// How far the camera may stand off the middle of the scene, in scene units.
     float cameraLimitX() const { return camera.limitX(); }
@@ -100,7 +102,8 @@ public:
     void fitInView(const QRectF& rect);
     void fitOriginalSize();
     void showFullEye();
-    /// Shows what is in a frame of the widget.
+    /// Shows what is in a frame of the widget. A frame around the middle of the view changes the scale alone, which
+    /// shows with the next other change.
     void zoomToFrame(const QRect& frame);
     /// How many times more of the scene there is than the view shows, along its tighter axis.
     double getZoomRatio() const;
@@ -143,7 +146,7 @@ protected Q_SLOTS:
 
 private:
     void paintLayer(bool selected);
-    void paintKind(qint32 modelType, const InstancedMesh& mesh, GLsizei vertexCount, const InstanceList& list);
+    void paintKind(qint32 modelType, const InstancedMesh& mesh, const InstanceList& list);
     void paintText(const InstanceList& list);
     void useAtlas(GLuint texture, qint32 rows, qint32 columns);
     bool textVisible() const;

@@ -10,6 +10,7 @@
 
 #include <algorithm>
 #include <limits>
+#include <utility>
 
 namespace NELK
 {
@@ -21,6 +22,14 @@ constexpr float zoomFactor = 1.05f;
 
 /// Around what is fitted, in scene units, both sides together.
 constexpr float fitMargin = 512.0f;
+
+/// Cut toward zero, and held so far within the range of int that sums stay in it: nodes may lie anywhere, and fits
+/// follow them.
+int wholeUnits(float value)
+{
+    constexpr int farthest = 1 << 29;
+    return std::clamp(truncated(value), -farthest, farthest);
+}
 
 /// The span of some coordinates.
 class Span
@@ -48,13 +57,13 @@ private:
 int View::cameraX(bool scaled) const
 {
     const float x = camera.position().x();
-    return truncated(scaled ? camera.scale() * x : x);
+    return wholeUnits(scaled ? camera.scale() * x : x);
 }
 
 int View::cameraY(bool scaled) const
 {
     const float y = camera.position().y();
-    return truncated(scaled ? camera.scale() * y : y);
+    return wholeUnits(scaled ? camera.scale() * y : y);
 }
 
 void View::setCameraX(int value, bool scaled)
@@ -158,8 +167,7 @@ void View::fitInView(const QRectF& rect)
 
 void View::fitOriginalSize()
 {
-    camera.reset();
-    refreshCamera();
+    showFullEye();
 }
 
 void View::showFullEye()
@@ -170,12 +178,13 @@ void View::showFullEye()
 
 void View::zoomToFrame(const QRect& frame)
 {
-    const float widthShare = static_cast<float>(frame.width()) / static_cast<float>(width());
-    const float heightShare = static_cast<float>(frame.height()) / static_cast<float>(height());
+    // Qt's normalized rectangle between neighbouring pixels has no size at all.
+    const float widthShare = static_cast<float>(std::max(frame.width(), 1)) / static_cast<float>(width());
+    const float heightShare = static_cast<float>(std::max(frame.height(), 1)) / static_cast<float>(height());
     const float share = std::max(widthShare, heightShare);
     camera.setScale(camera.scale() / share);
     const QPoint offset = (frame.center() - rect().center()) / qreal{share};
-    panBy(offset.x(), -offset.y());
+    panBy(offset.x(), -offset.y()); // refreshes, unless the frame is centred
 }
 
 double View::getZoomRatio() const
@@ -192,8 +201,8 @@ QRect View::viewRect() const
 {
     const int shownWidth = truncated(static_cast<float>(W) / camera.scale());
     const int shownHeight = truncated(static_cast<float>(H) / camera.scale());
-    return {truncated(camera.position().x() - wholeHalf(shownWidth)),
-            truncated(wholeHalf(shownHeight) + camera.position().y()), shownWidth, shownHeight};
+    return {wholeUnits(camera.position().x() - wholeHalf(shownWidth)),
+            wholeUnits(wholeHalf(shownHeight) + camera.position().y()), shownWidth, shownHeight};
 }
 
 QPoint View::viewToScene(const QPoint& point) const
@@ -228,14 +237,14 @@ void View::setViewSize(int newWidth, int newHeight)
     }
 }
 
-/// What every change of the camera ends in: overview and scroll bars hear of it only from here.
+/// What changes of the camera end in: overview and scroll bars hear of it only from here.
 void View::refreshCamera()
 {
     const QSize shown(truncated(static_cast<float>(width()) / camera.scale()),
                       truncated(static_cast<float>(height()) / camera.scale()));
     QRect watched(QPoint(0, 0), shown);
-    watched.moveCenter({truncated(wholeHalf(scene->width) + camera.position().x()),
-                        truncated(wholeHalf(scene->height) - camera.position().y())});
+    watched.moveCenter({wholeUnits(wholeHalf(scene->width) + camera.position().x()),
+                        wholeUnits(wholeHalf(scene->height) - camera.position().y())});
     const QPointer<View> self(this); // a slot of the host may delete the view
     Q_EMIT signalViewWatchedChanged(watched, watchedShare());
     if (self)

@@ -21,13 +21,13 @@ constexpr int unitsPerPixelWithoutEdges = 256;
 /// A narrower eye is not yet laid out.
 constexpr int leastWidth = 16;
 
-constexpr GLsizei quadVertexCount = 6;
-
-/// How far a wheel was turned away from the user; sideways where it was not turned that way at all.
+/// How far a wheel was turned, along the axis that the event is for. Its successor does not tell that axis.
 int turnOf(const QWheelEvent& event)
 {
-    const QPoint angle = event.angleDelta();
-    return angle.y() != 0 ? angle.y() : angle.x();
+    QT_WARNING_PUSH
+    QT_WARNING_DISABLE_DEPRECATED
+    return event.delta();
+    QT_WARNING_POP
 }
 
 } // namespace
@@ -93,7 +93,7 @@ void ViewEyePrivate::paintNodes()
 void ViewEyePrivate::paintQuads(const InstancedMesh& mesh, const InstanceList& list)
 {
     uploadInstances(mesh.instances, list);
-    drawInstances(mesh, GL_TRIANGLES, quadVertexCount, list);
+    drawInstances(mesh, GL_TRIANGLES, list);
 }
 
 void ViewEyePrivate::slotElementsMoved()
@@ -113,7 +113,9 @@ void ViewEyePrivate::setWatched(const QRect& rect, float percentage)
     const double pixelsPerUnit = static_cast<float>(m_eyeHeight) / static_cast<float>(scene->height);
     m_watchedRect = QRectF(rect.x() * pixelsPerUnit, rect.y() * pixelsPerUnit, rect.width() * pixelsPerUnit,
                            rect.height() * pixelsPerUnit);
-    m_level = greatestLevel * percentage;
+    // Before the eye has a size, the camera has no range of scales, and its share of the scene means nothing.
+    if (m_eyeHeight > 0)
+        m_level = greatestLevel * percentage;
 }
 
 void ViewEyePrivate::mousePressEvent(QMouseEvent* event)

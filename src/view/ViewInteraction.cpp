@@ -1,5 +1,6 @@
 #include "view/ViewInteraction.h"
 
+#include "scene/Rectangles.h"
 #include "view/View.h"
 
 #include <QGuiApplication>
@@ -171,7 +172,7 @@ void ViewInteraction::stretchFrame(QPoint position)
     if (!m_leftDown)
         return;
     m_currentPos = position;
-    m_frame = QRect(m_pressPos, m_currentPos).normalized();
+    m_frame = rectFromCorners(m_pressPos, m_currentPos);
     m_view->frameChanged(true, m_pressPos, m_currentPos);
 }
 

@@ -19,7 +19,7 @@ class View;
 /// every one of them go on to the view.
 ///
 /// A slot of the host may delete the view from within any signal that an event leads to. So each step here changes its
-/// own state first, and calls the view last.
+/// own state first and calls the view last, or looks whether the view is still there.
 class ViewInteraction : public QObject
 {
     Q_OBJECT
@@ -33,8 +33,8 @@ public:
     /// Off, events pass unseen.
     void setEnabled(bool on) { m_enabled = on; }
     void setMode(E_OP_MODE mode);
-    /// A keyboard control that hosts may feed: 1, 2 and 3 choose modes, A pressed once the hand and twice the whole
-    /// scene, left and right pan by a view's width.
+    /// A keyboard control of its own, which no event is connected to: 1, 2 and 3 choose modes, A pressed once the hand
+    /// and twice the whole scene, left and right pan by a view's width.
     void handleKey(int key);
 
 protected Q_SLOTS:

@@ -18,10 +18,6 @@ constexpr qint32 translucentColor = 2;
 constexpr qint32 oneColor = 3;
 constexpr qint32 glyph = 4;
 
-constexpr GLsizei quadVertexCount = 6;
-constexpr GLsizei arrowVertexCount = 3;
-constexpr GLsizei frameVertexCount = 8;
-
 /// From this many scene units a pixel on, text is a grey haze.
 constexpr int unitsPerPixelWithoutText = 32;
 
@@ -31,10 +27,10 @@ void View::paintEdges()
 {
     shader.use();
     shader.setMat4("view", view.data());
-    paintKind(plainColor, edgeLineMesh, quadVertexCount, scene->edgeLineItems);
-    paintKind(plainColor, edgeCurveMesh, quadVertexCount, scene->edgeCurveItems);
-    paintKind(plainColor, arrowMesh, arrowVertexCount, scene->arrowItems);
-    paintKind(plainColor, ringMesh, ringVertexCount, scene->edgeRingItems);
+    paintKind(plainColor, edgeLineMesh, scene->edgeLineItems);
+    paintKind(plainColor, edgeCurveMesh, scene->edgeCurveItems);
+    paintKind(plainColor, arrowMesh, scene->arrowItems);
+    paintKind(plainColor, ringMesh, scene->edgeRingItems);
     paintText(scene->edgeTextItems);
 }
 
@@ -48,10 +44,10 @@ void View::paintNodes()
 
 void View::paintLayer(bool selected)
 {
-    paintKind(translucentColor, circleMesh, circleVertexCount, selected ? scene->selCircleItems : scene->circleItems);
-    paintKind(plainColor, ringMesh, ringVertexCount, selected ? scene->selRingItems : scene->ringItems);
+    paintKind(translucentColor, circleMesh, selected ? scene->selCircleItems : scene->circleItems);
+    paintKind(plainColor, ringMesh, selected ? scene->selRingItems : scene->ringItems);
     useAtlas(entityTexture, entityRows, entityCols);
-    paintKind(atlasImage, imageMesh, quadVertexCount, selected ? scene->selImageItems : scene->imageItems);
+    paintKind(atlasImage, imageMesh, selected ? scene->selImageItems : scene->imageItems);
     paintText(selected ? scene->selTextItems : scene->textItems);
     if (!selected)
         return;
@@ -61,14 +57,14 @@ void View::paintLayer(bool selected)
     shader.setInt("modelType", oneColor);
     shader.setVec3("simpleColor", scene->selectColor.data());
     uploadInstances(frameMesh.instances, scene->frameItems);
-    drawInstances(frameMesh, GL_LINES, frameVertexCount, scene->frameItems);
+    drawInstances(frameMesh, GL_LINES, scene->frameItems);
 }
 
-void View::paintKind(qint32 modelType, const InstancedMesh& mesh, GLsizei vertexCount, const InstanceList& list)
+void View::paintKind(qint32 modelType, const InstancedMesh& mesh, const InstanceList& list)
 {
     shader.setInt("modelType", modelType);
     uploadInstances(mesh.instances, list);
-    drawInstances(mesh, GL_TRIANGLES, vertexCount, list);
+    drawInstances(mesh, GL_TRIANGLES, list);
 }
 
 void View::paintText(const InstanceList& list)
@@ -76,7 +72,7 @@ void View::paintText(const InstanceList& list)
     if (!textVisible())
         return;
     useAtlas(textTexture, textRows, textCols);
-    paintKind(glyph, textMesh, quadVertexCount, list);
+    paintKind(glyph, textMesh, list);
 }
 
 /// Both atlases take turns in one texture unit.

@@ -24,7 +24,7 @@ private Q_SLOTS:
     void uploadsEachMesh();
     void feedsMeshesAndInstances_data();
     void feedsMeshesAndInstances();
-    void countsTheVerticesOfRoundMeshes();
+    void countsTheVerticesOfEachMesh();
     void smoothsItsTextures();
     void handsOverWhatAListCounts();
 
@@ -211,11 +211,14 @@ void BaseGLViewObjectsTest::feedsMeshesAndInstances()
         QCOMPARE(contentOf(*m_view, mesh.instances), Floats()); // until something is drawn
 }
 
-void BaseGLViewObjectsTest::countsTheVerticesOfRoundMeshes()
+void BaseGLViewObjectsTest::countsTheVerticesOfEachMesh()
 {
     m_view->start();
-    QCOMPARE(m_view->circleVertexCount, 120);
-    QCOMPARE(m_view->ringVertexCount, 480);
+    const QMap<QByteArray, GLsizei> counts{{"quad", 6},      {"image", 6},      {"text", 6},
+                                           {"edge line", 6}, {"edge curve", 6}, {"circle", 120},
+                                           {"ring", 480},    {"frame", 8},      {"arrow", 3}};
+    for (auto count = counts.cbegin(); count != counts.cend(); ++count)
+        QCOMPARE(m_view->mesh(count.key()).vertexCount, count.value());
 }
 
 void BaseGLViewObjectsTest::smoothsItsTextures()

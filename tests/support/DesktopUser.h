@@ -19,14 +19,28 @@ namespace NELK
 class DesktopUser : public QObject
 {
 public:
+    /// How long to wait for what must happen, in milliseconds.
+    static constexpr int patience = 30000;
+
     explicit DesktopUser(QWidget& window) : m_window(window), m_pointer(window.mapFromGlobal(QCursor::pos()))
     {
         qApp->installEventFilter(this);
     }
 
+    /// Lets go of what a test that failed has left held.
+    ~DesktopUser() override
+    {
+        if (QTest::currentTestFailed())
+            use({QStringLiteral("mouseup"), numberOf(Qt::LeftButton), QStringLiteral("keyup"),
+                 QStringLiteral("Control_L")});
+    }
+
+    Q_DISABLE_COPY(DesktopUser)
+
     void moveTo(const QPoint& position)
     {
-        use(way(position));
+        const QPoint onScreen = m_window.mapToGlobal(position);
+        use({QStringLiteral("mousemove"), QString::number(onScreen.x()), QString::number(onScreen.y())});
         QVERIFY2(QTest::qWaitFor([&] { return m_pointer == position; }, patience), "The pointer does not move.");
     }
 
@@ -104,21 +118,12 @@ private:
         act({QStringLiteral("click"), QString::number(button)}, QEvent::Wheel);
     }
 
-    QStringList way(const QPoint& position) const
-    {
-        const QPoint onScreen = m_window.mapToGlobal(position);
-        return {QStringLiteral("mousemove"), QStringLiteral("--sync"), QString::number(onScreen.x()),
-                QString::number(onScreen.y())};
-    }
-
     static void use(const QStringList& command) { QCOMPARE(QProcess::execute(QStringLiteral("xdotool"), command), 0); }
 
     static QString numberOf(Qt::MouseButton button)
     {
         return button == Qt::LeftButton ? QStringLiteral("1") : QStringLiteral("3");
     }
-
-    static constexpr int patience = 30000; // ms
 
     QWidget& m_window;
     QPoint m_pointer;

@@ -52,7 +52,8 @@ struct DrawArraysInstanced : Interposed<void QOPENGLF_APIENTRY(GLenum, GLint, GL
     static void QOPENGLF_APIENTRY call(GLenum primitive, GLint first, GLsizei count, GLsizei instances)
     {
         tell({primitive, first, count, instances});
-        real(primitive, first, count, instances);
+        if (!listener || !listener->swallowsInstances)
+            real(primitive, first, count, instances);
     }
 };
 

@@ -39,6 +39,8 @@ public:
     DrawCalls(const DrawCalls&) = delete;
     DrawCalls& operator=(const DrawCalls&) = delete;
 
+    /// Draws do not reach OpenGL: what is left of a repaint is the work of whoever asks for them.
+    bool swallowsInstances = false;
     const std::function<void(const DrawCall&)> whenDrawn;
     const std::function<void(const Upload&)> whenUploaded;
 };

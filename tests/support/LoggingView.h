@@ -32,12 +32,10 @@ public:
 
     using BaseGLView::applyPixelTransfer;
     using BaseGLView::buildProgram;
-    using BaseGLView::circleVertexCount;
     using BaseGLView::destroyGLObjects;
     using BaseGLView::entityTexture;
     using BaseGLView::glReady;
     using BaseGLView::resizeGL;
-    using BaseGLView::ringVertexCount;
     using BaseGLView::savePixelTransfer;
     using BaseGLView::shader;
     using BaseGLView::textTexture;

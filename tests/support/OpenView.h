@@ -21,10 +21,8 @@ public:
         setViewSize(size.width(), size.height());
     }
 
-    using View::circleVertexCount;
     using View::entityTexture;
     using View::glReady;
-    using View::ringVertexCount;
     using View::shader;
     using View::slotImageChanged;
     using View::slotWordChanged;

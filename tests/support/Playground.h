@@ -46,8 +46,8 @@ protected:
 ///
 /// Steps: "press", "release" and the same after "right-" or "middle-", "double-click" and "move", each with a place
 /// unless the mouse is there already; "wheel x,y"; "key-down Control" and "key-up Control"; "blocked" by a modal
-/// window; "handle-key 1"; "mode 2"; "off" and "on". "ctrl+" before a step holds control, as far as the step's own
-/// event tells.
+/// window; "mode 2"; "off" and "on"; "handle-key A", "await" for what it leads to, and "time-up" for its timer.
+/// "ctrl+" before a step holds control, as far as the step's own event tells.
 ///
 /// Places: pixels as "80,230"; "+10,5" from where the mouse is; node1 to node3, of which the first two are selected;
 /// edge, between these two; and empty, where the mouse is at first.
@@ -155,6 +155,10 @@ private:
             view->interaction().setEnabled(verb == QLatin1String("on"));
         else if (verb == QLatin1String("handle-key"))
             view->interaction().handleKey(keyNamed(object));
+        else if (verb == QLatin1String("await"))
+            static_cast<void>(QTest::qWaitFor([this] { return !m_told.isEmpty(); }, 1000));
+        else if (verb == QLatin1String("time-up"))
+            QMetaObject::invokeMethod(&view->interaction(), "slotEatSpacePress");
         else if (verb == QLatin1String("blocked"))
             send(QEvent(QEvent::WindowBlocked));
         else

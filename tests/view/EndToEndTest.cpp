@@ -1,14 +1,11 @@
-#include "support/DesktopUser.h"
+#include "support/Desk.h"
 #include "support/OwnDesktop.h"
 
 #include <NELK/NELK>
 
 #include <QApplication>
-#include <QScreen>
-#include <QScrollBar>
+#include <QDialog>
 #include <QtTest>
-
-#include <algorithm>
 
 using namespace NELK;
 
@@ -25,6 +22,7 @@ private Q_SLOTS:
     void selectsByARubberBand();
     void zoomsByTheWheelAtTheCursor();
     void keepsTheScaleWhileControlIsHeld();
+    void forgetsControlUnderAModalWindow();
     void pansByHand();
     void zoomsToAFrame();
     void drawsALine();
@@ -43,8 +41,6 @@ private Q_SLOTS:
 
 namespace
 {
-
-using Ids = QList<qint64>;
 
 // Where things are in the view at first, in pixels.
 constexpr QPoint node1{200, 200};
@@ -66,133 +62,6 @@ const QString circleBlue = QStringLiteral("#0000ff");
 const QString rubberBandBlue = QStringLiteral("#2a7fd4");
 const QString eyeGrey = QStringLiteral("#f2f2f2");
 const QString watchedFrame = QStringLiteral("#26508f");
-
-QString text(Ids ids)
-{
-    std::sort(ids.begin(), ids.end());
-    QString all;
-    for (const qint64 id : qAsConst(ids))
-        all += QStringLiteral(" %1").arg(id);
-    return all;
-}
-
-QString selected(const Ids& nodes, const Ids& edges)
-{
-    return QStringLiteral("selected nodes:%1, edges:%2").arg(text(nodes), text(edges));
-}
-
-QString rightClicked(E_ELEMENTS_TYPE type, qint64 id)
-{
-    return QStringLiteral("right-clicked type %1, id %2").arg(type).arg(id);
-}
-
-QString doubleClicked(E_ELEMENTS_TYPE type, qint64 id)
-{
-    return QStringLiteral("double-clicked type %1, id %2").arg(type).arg(id);
-}
-
-QString lineDrawn(const QPoint& p1, const QPoint& p2)
-{
-    return QStringLiteral("line from %1,%2 to %3,%4").arg(p1.x()).arg(p1.y()).arg(p2.x()).arg(p2.y());
-}
-
-/// A view of 800 by 600 pixels, bars apart, on a scene of 8000 by 4800 units: it starts in the middle of the scene at
-/// half the width of it, a fifth of a pixel a unit, with an eye of 160 by 96 pixels in its corner. Three nodes show as
-/// blue discs of 36 pixels; the upper two are joined.
-class Desk
-{
-public:
-    Desk()
-    {
-        const QList<QPoint> places{{-1000, 500}, {1000, 500}, {-1000, -500}};
-        for (int id = 1; id <= places.size(); ++id) {
-            GraphNode node = graph.createNode(id);
-            node.setPos(places[id - 1]);
-            node.setCircleShow(true);
-            node.setCircleColor(Qt::blue);
-        }
-        graph.createEdge(12, node(1), node(2));
-        logSignals();
-        view.resize(816, 616);
-    }
-
-    Q_DISABLE_COPY(Desk)
-
-    bool show()
-    {
-        // Clicks that follow each other fast are not meant as double clicks.
-        QApplication::setDoubleClickInterval(0);
-        view.show();
-        const auto isFramed = [this] { return view.frameGeometry().top() < view.geometry().top(); };
-        return QTest::qWaitForWindowActive(&view) && QTest::qWaitFor(isFramed) && view.size() == QSize(816, 616) &&
-               showsNetwork();
-    }
-
-    GraphNode node(qint64 id) const { return graph.getNode(id); }
-    GraphEdge edge() const { return graph.getEdge(12); }
-
-    /// The signals that tell of what the user did, since the last call.
-    QStringList takeTold()
-    {
-        QStringList taken;
-        taken.swap(m_told);
-        return taken;
-    }
-
-    /// The scene point in the middle of the view.
-    QPoint middle() const
-    {
-        const QRect shown = view.viewRect();
-        return {shown.left() + shown.width() / 2, shown.top() - shown.height() / 2};
-    }
-
-    bool hasScale(float scale) const { return qFuzzyCompare(view.cameraScale(), scale); }
-
-    /// What is on the screen at a point of the view.
-    QColor colorAt(const QPoint& point) const
-    {
-        const QPoint onScreen = view.mapToGlobal(point);
-        return view.screen()->grabWindow(0, onScreen.x(), onScreen.y(), 1, 1).toImage().pixelColor(0, 0);
-    }
-    QString colorNameAt(const QPoint& point) const { return colorAt(point).name(); }
-    bool isDarkAt(const QPoint& point) const { return colorAt(point).lightness() < 128; }
-
-    QScrollBar& bar(Qt::Orientation orientation) const
-    {
-        const QList<QScrollBar*> bars = view.findChildren<QScrollBar*>();
-        return **std::find_if(bars.begin(), bars.end(),
-                              [=](const QScrollBar* bar) { return bar->orientation() == orientation; });
-    }
-
-    GraphScene graph;
-    GraphView view{&graph};
-    DesktopUser user{view};
-    /// As last told.
-    double zoomRatio = 0.0;
-
-private:
-    bool showsNetwork()
-    {
-        return QTest::qWaitFor([this] {
-            return colorNameAt(node1 + besideTheIcon) == circleBlue && colorNameAt(eye + QPoint(50, 6)) == eyeGrey;
-        });
-    }
-
-    void logSignals()
-    {
-        QObject::connect(&graph, &GraphScene::signalSelectChanged,
-                         [this](const Ids& ns, const Ids& es) { m_told.append(selected(ns, es)); });
-        QObject::connect(&view, &GraphView::signalRightMouseButtonClicked,
-                         [this](E_ELEMENTS_TYPE type, qint64 id) { m_told.append(rightClicked(type, id)); });
-        QObject::connect(&view, &GraphView::signalLeftMouseButtonDblClicked,
-                         [this](E_ELEMENTS_TYPE type, qint64 id) { m_told.append(doubleClicked(type, id)); });
-        QObject::connect(&view, &GraphView::signalProcessLine,
-                         [this](const QPoint& p1, const QPoint& p2) { m_told.append(lineDrawn(p1, p2)); });
-        QObject::connect(&view, &GraphView::signalZoomRatioChanged, [this](double ratio) { zoomRatio = ratio; });
-    }
-
-    QStringList m_told;
-};
 
 const QString control = QStringLiteral("Control_L");
 
@@ -228,11 +97,12 @@ void EndToEndTest::togglesByControlClicks()
     desk.user.click(edge12);
     desk.user.click(node1);
     desk.user.click(background);
-    desk.user.releaseKey(control);
-    QCOMPARE(desk.takeTold(),
-             (QStringList{selected({1}, {}), selected({1, 2}, {}), selected({1, 2}, {12}), selected({2}, {12})}));
     desk.user.click(node3);
-    QCOMPARE(desk.takeTold(), QStringList{selected({3}, {})});
+    desk.user.releaseKey(control);
+    QCOMPARE(desk.takeTold(), (QStringList{selected({1}, {}), selected({1, 2}, {}), selected({1, 2}, {12}),
+                                           selected({2}, {12}), selected({2, 3}, {12})}));
+    desk.user.click(node2);
+    QCOMPARE(desk.takeTold(), QStringList{selected({2}, {})});
 }
 
 void EndToEndTest::movesTheSelectionByADrag()
@@ -264,8 +134,6 @@ void EndToEndTest::selectsAndMovesByOneDrag()
     QCOMPARE(desk.takeTold(), QStringList{selected({3}, {})});
     QCOMPARE(desk.node(3).pos(), QPoint(-1100, -550));
     QCOMPARE(desk.node(1).pos(), QPoint(-1000, 500));
-    desk.user.moveTo(background);
-    QCOMPARE(desk.node(3).pos(), QPoint(-1100, -550));
 }
 
 void EndToEndTest::selectsByARubberBand()
@@ -301,7 +169,7 @@ void EndToEndTest::zoomsByTheWheelAtTheCursor()
     QVERIFY(desk.hasScale(0.2f * 1.05f));
     QVERIFY(qFuzzyCompare(float(desk.zoomRatio), 0.5f / 1.05f));
     QCOMPARE(desk.view.viewToScene(node2), QPoint(952 + 47, 476 + 23));
-    QTRY_COMPARE(desk.colorNameAt(node2 + QPoint(0, -36)), circleBlue);
+    QTRY_COMPARE(desk.colorNameAt(node2 + QPoint(0, -37)), circleBlue);
 
     // And back by as many pixels, which are 50 and 25 units now.
     desk.user.turnWheelBackward(node2);
@@ -321,6 +189,22 @@ void EndToEndTest::keepsTheScaleWhileControlIsHeld()
     QVERIFY(desk.hasScale(0.2f));
     QCOMPARE(desk.middle(), QPoint(0, 0));
     desk.user.releaseKey(control);
+    desk.user.turnWheelForward(node2);
+    QVERIFY(desk.hasScale(0.2f * 1.05f));
+}
+
+void EndToEndTest::forgetsControlUnderAModalWindow()
+{
+    Desk desk;
+    QVERIFY(desk.show());
+
+    desk.user.holdKey(control);
+    QDialog dialog(&desk.view);
+    dialog.open();
+    QVERIFY(QTest::qWaitForWindowActive(&dialog, DesktopUser::patience));
+    desk.user.releaseKey(control);
+    dialog.close();
+    QVERIFY(QTest::qWaitForWindowActive(&desk.view, DesktopUser::patience));
     desk.user.turnWheelForward(node2);
     QVERIFY(desk.hasScale(0.2f * 1.05f));
 }
@@ -367,19 +251,19 @@ void EndToEndTest::drawsALine()
 {
     Desk desk;
     QVERIFY(desk.show());
-    const QPoint onTheLine(300, 374);
-    const QPoint inTheHeadAtTheEnd(413, 316);
-    const QPoint whereAHeadAtTheStartWouldBe(186, 433);
+    const QPoint onTheLine(600, 374);
+    const QPoint inTheHeadAtTheEnd(713, 316);
+    const QPoint whereAHeadAtTheStartWouldBe(486, 433);
 
     desk.view.setOperateMode(5, 1);
-    desk.user.startDrag({150, 450}, {450, 300});
+    desk.user.startDrag({450, 450}, {750, 300});
     QTRY_VERIFY(desk.isDarkAt(onTheLine));
     QVERIFY(desk.isDarkAt(inTheHeadAtTheEnd));
     QCOMPARE(desk.colorNameAt(whereAHeadAtTheStartWouldBe), white);
     QCOMPARE(desk.takeTold(), QStringList{});
 
     desk.user.release();
-    QCOMPARE(desk.takeTold(), QStringList{lineDrawn({150, 450}, {450, 300})});
+    QCOMPARE(desk.takeTold(), QStringList{lineDrawn({450, 450}, {750, 300})});
     QTRY_COMPARE(desk.colorNameAt(onTheLine), white);
     QCOMPARE(desk.middle(), QPoint(0, 0));
 }
@@ -395,7 +279,10 @@ void EndToEndTest::pansByADragInTheEye()
     QCOMPARE(desk.middle(), QPoint(500, 200));
     QTRY_COMPARE(desk.colorNameAt(eye + QPoint(50, 14)), watchedFrame);
     QCOMPARE(desk.takeTold(), QStringList{});
-    desk.user.moveTo(middleOfEye);
+
+    // The drag is over, and the wheel is free again.
+    desk.user.turnWheelForward(middleOfEye);
+    QVERIFY(desk.hasScale(800.0f / (8000.0f * 0.49f)));
     QCOMPARE(desk.middle(), QPoint(500, 200));
 }
 
@@ -477,7 +364,7 @@ void EndToEndTest::scrollsByTheBars()
     desk.user.drag({808, 300}, {808, 10}); // as far up as the handle goes
     QCOMPARE(desk.middle(), QPoint(2000, 900));
     QCOMPARE(desk.takeTold(), QStringList{});
-    QTRY_COMPARE(desk.colorNameAt(QPoint(400 - 600, 300 + 80) + QPoint(400, 0) - besideTheIcon), circleBlue);
+    QTRY_COMPARE(desk.colorNameAt(QPoint(200, 380) + besideTheIcon), circleBlue);
 }
 
 void EndToEndTest::pansByKeys_data()

@@ -311,7 +311,6 @@ void SelectAreaTest::paintsTheMiddleOfALine()
     span({30, 40}, {130, 140});
     const QImage picture = paintedOnWhite(*area);
     QCOMPARE(picture.size(), QSize(101, 101));
-    << qGray(picture.pixel(1, 1));
     // A pixel's worth of ink in each column, smoothed over the rows beside the line.
     for (int x = 1; x < 99; ++x) {
         int ink = 0;

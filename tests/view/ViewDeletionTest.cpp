@@ -29,12 +29,10 @@ public:
 
     bool listenTo(const QByteArray& signal, const char* slot)
     {
-        QObject* const senders[] = {m_playground.view, &m_playground.scene};
-        for (const QObject* sender : senders) {
-            if (sender->metaObject()->indexOfSignal(signal.mid(1)) >= 0)
-                return connect(sender, signal, this, slot);
-        }
-        return false;
+        const QObject* view = m_playground.view;
+        const QByteArray name = QMetaObject::normalizedSignature(signal.data() + 1);
+        const bool isOfView = view->metaObject()->indexOfSignal(name) >= 0;
+        return connect(isOfView ? view : &m_playground.scene, signal, this, slot);
     }
 
 public Q_SLOTS:
@@ -52,21 +50,21 @@ private:
     Playground& m_playground;
 };
 
-constexpr const char* selectChanged = SIGNAL(signalSelectChanged(QList<qint64>, QList<qint64>));
-constexpr const char* elementsMoved = SIGNAL(signalElementsMoved());
-constexpr const char* changed = SIGNAL(signalChanged(QList<QRectF>));
-constexpr const char* modeChanged = SIGNAL(signalFrameModeChanged(E_OP_MODE));
-constexpr const char* frameChanged = SIGNAL(signalFrameSizeChanged(bool, QPoint, QPoint));
-constexpr const char* watchedChanged = SIGNAL(signalViewWatchedChanged(QRect, float));
-constexpr const char* rightClicked = SIGNAL(signalRightMouseButtonClicked(E_ELEMENTS_TYPE, qint64));
-constexpr const char* doubleClicked = SIGNAL(signalLeftMouseButtonDblClicked(E_ELEMENTS_TYPE, qint64));
+const QByteArray selectChanged = SIGNAL(signalSelectChanged(QList<qint64>, QList<qint64>));
+const QByteArray elementsMoved = SIGNAL(signalElementsMoved());
+const QByteArray changed = SIGNAL(signalChanged(QList<QRectF>));
+const QByteArray modeChanged = SIGNAL(signalFrameModeChanged(E_OP_MODE));
+const QByteArray frameChanged = SIGNAL(signalFrameSizeChanged(bool, QPoint, QPoint));
+const QByteArray watchedChanged = SIGNAL(signalViewWatchedChanged(QRect, float));
+const QByteArray rightClicked = SIGNAL(signalRightMouseButtonClicked(E_ELEMENTS_TYPE, qint64));
+const QByteArray doubleClicked = SIGNAL(signalLeftMouseButtonDblClicked(E_ELEMENTS_TYPE, qint64));
 
 struct Step
 {
     const char* before;
     const char* step;
     /// All that it emits.
-    QList<const char*> signalsOfIt;
+    QList<QByteArray> signalsOfIt;
 };
 
 /// A step for each way that leads to signals.
@@ -108,7 +106,7 @@ void addRows(const QList<QByteArray>& slotsOfHost)
     QTest::addColumn<QByteArray>("signal");
     QTest::addColumn<QByteArray>("slot");
     for (const Step& step : tellingSteps()) {
-        for (const QByteArray signal : step.signalsOfIt) {
+        for (const QByteArray& signal : step.signalsOfIt) {
             for (const QByteArray& slot : slotsOfHost)
                 QTest::addRow("%s in %s of: %s | %s", slot.data() + 1, signal.data() + 1, step.before, step.step)
                     << step.before << step.step << signal << slot;
@@ -147,11 +145,6 @@ void ViewDeletionTest::outlivesTheViewInATimer()
     playground.play("handle-key A");
     QVERIFY(host.listenTo(modeChanged, SLOT(deleteView())));
     QTRY_VERIFY(!playground.view);
-
-    Playground other;
-    other.play("handle-key A");
-    delete other.view;
-    QTest::qWait(0);
 }
 
 void ViewDeletionTest::outlivesElementsInASlot_data()
@@ -179,7 +172,6 @@ void ViewDeletionTest::outlivesElementsInASlot()
                     "right-press node3 | double-click node3 | press 20,20 | move 380,280 | release | wheel 0,120");
     QCOMPARE(brokenInvariant(playground.scene), QString());
     QCOMPARE(playground.scene.nodes.keys(), slot == SLOT(clearScene()) ? QList<qint64>{} : QList<qint64>{2});
-    QCOMPARE(playground.scene.imageItems.count + playground.scene.selImageItems.count, playground.scene.nodes.size());
 }
 
 QTEST_MAIN(ViewDeletionTest)

@@ -78,7 +78,9 @@ void playRow()
     QTEST(playground.play(script), "account");
 }
 
-// Scripts move the mouse by 10 pixels to the right and 5 down: 20 and -10 in the scene.
+// Scripts move the mouse by 10 pixels to the right and 5 down: 20 and -10 in the scene. The frames are small enough to
+// be zoomed to at full size. The one of the state "framing" has its middle (-111, 78) pixels off that of the view and
+// 0.0425 of its width, which takes the camera to (-2612, -1835); the other one leads beyond the limits of the scene.
 
 const QString nothing = QStringLiteral("-");
 const QString bothNodesMove = QStringLiteral("moved; changed; 1 by 20,-10; 2 by 20,-10; rebuilt all; painted");
