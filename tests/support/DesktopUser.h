@@ -1,6 +1,5 @@
 #pragma once
 
-#include <QCursor>
 #include <QEvent>
 #include <QHash>
 #include <QMouseEvent>
@@ -22,10 +21,7 @@ public:
     /// How long to wait for what must happen, in milliseconds.
     static constexpr int patience = 30000;
 
-    explicit DesktopUser(QWidget& window) : m_window(window), m_pointer(window.mapFromGlobal(QCursor::pos()))
-    {
-        qApp->installEventFilter(this);
-    }
+    explicit DesktopUser(QWidget& window) : m_window(window) { qApp->installEventFilter(this); }
 
     /// Lets go of what a test that failed has left held.
     ~DesktopUser() override
@@ -126,7 +122,8 @@ private:
     }
 
     QWidget& m_window;
-    QPoint m_pointer;
+    /// Where the window last saw the pointer.
+    QPoint m_pointer{-1, -1};
     QHash<int, int> m_arrived;
 };
 
