@@ -20,4 +20,6 @@ if(NELK_SANITIZERS)
     target_compile_options(NELKCompileOptions INTERFACE
         -fsanitize=${NELK_SANITIZERS} -fno-sanitize-recover=all -fno-omit-frame-pointer)
     target_link_options(NELKCompileOptions INTERFACE -fsanitize=${NELK_SANITIZERS})
+    # Who looks for errors wants to see broken preconditions too.
+    target_compile_definitions(NELKCompileOptions INTERFACE QT_FORCE_ASSERTS)
 endif()
