@@ -82,15 +82,15 @@ QAction* MainWindow::addSwitch(QToolBar& bar, const QString& text, const QString
 
 void MainWindow::fillCameraBar(QToolBar& bar)
 {
-    addCall(bar, tr("Fit"), tr("Show all nodes"), Qt::CTRL + Qt::Key_0, [this] { m_view->fitToView(); });
+    addCall(bar, tr("Fit"), tr("Show all nodes"), QKeySequence("Ctrl+0"), [this] { m_view->fitToView(); });
     addCall(bar, tr("Fit height"), tr("Show the height of all nodes"), {}, [this] { m_view->fitHeight(); });
-    addCall(bar, tr("Fit selection"), tr("Show the selected nodes"), Qt::CTRL + Qt::Key_2,
+    addCall(bar, tr("Fit selection"), tr("Show the selected nodes"), QKeySequence("Ctrl+2"),
             [this] { m_view->selectedViewMax(); });
-    addCall(bar, tr("Whole scene"), tr("Show the whole scene"), Qt::CTRL + Qt::Key_9,
+    addCall(bar, tr("Whole scene"), tr("Show the whole scene"), QKeySequence("Ctrl+9"),
             [this] { m_view->showFullEye(); });
     addCall(bar, tr("Zoom in"), tr("Show less, and larger"), QKeySequence::ZoomIn, [this] { m_view->zoom(true); });
     addCall(bar, tr("Zoom out"), tr("Show more, and smaller"), QKeySequence::ZoomOut, [this] { m_view->zoom(false); });
-    addCall(bar, tr("Actual size"), tr("One pixel for each unit"), Qt::CTRL + Qt::Key_1, [this] {
+    addCall(bar, tr("Actual size"), tr("One pixel for each unit"), QKeySequence("Ctrl+1"), [this] {
         m_view->setCameraScale(1.0f);
         m_view->setCameraX(m_view->cameraX()); // shows the scale
     });

@@ -20,7 +20,7 @@ constexpr GLuint instanceColumns = sizeof(InstanceRecord) / columnSize;
 /// Where in a buffer an attribute starts, in the form that OpenGL takes it.
 const void* bufferOffset(GLsizei bytes)
 {
-    return reinterpret_cast<const void*>(static_cast<quintptr>(bytes));
+    return reinterpret_cast<const void*>(static_cast<quintptr>(bytes)); // NOLINT(performance-no-int-to-ptr)
 }
 
 // Each vertex is x, y, para.x, para.y.
@@ -61,10 +61,12 @@ void BaseGLView::createMesh(InstancedMesh& mesh, const Floats& vertices)
     glBindBuffer(GL_ARRAY_BUFFER, mesh.vbo);
     glBufferData(GL_ARRAY_BUFFER, static_cast<GLsizeiptr>(vertices.size() * sizeof(float)), vertices.data(),
                  GL_STATIC_DRAW);
+    constexpr GLsizei pairSize = 2 * sizeof(float);
+    GLsizei offset = 0;
     for (const GLuint location : {0u, 1u}) {
         glEnableVertexAttribArray(location);
-        glVertexAttribPointer(location, 2, GL_FLOAT, GL_FALSE, vertexStride,
-                              bufferOffset(static_cast<GLsizei>(location * 2 * sizeof(float))));
+        glVertexAttribPointer(location, 2, GL_FLOAT, GL_FALSE, vertexStride, bufferOffset(offset));
+        offset += pairSize;
     }
 }
 

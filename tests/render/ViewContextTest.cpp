@@ -1,5 +1,5 @@
-#include "support/OpenView.h"
 #include "support/OffscreenGL.h"
+#include "support/OpenView.h"
 #include "support/SmallNetwork.h"
 
 #include <QDockWidget>
