@@ -189,7 +189,7 @@ void ProcessExitTest::cutsOffNoRun()
     environment.insert(QStringLiteral("XDG_RUNTIME_DIR"), folder.path());
     // An application that was never destroyed leaves things of Qt's behind.
     environment.insert(QStringLiteral("ASAN_OPTIONS"), QStringLiteral("detect_leaks=0"));
-    for (int time = 0; time < 20; ++time) {
+    for (int time = 0; time < 5; ++time) {
         QProcess child;
         child.setWorkingDirectory(folder.path());
         child.setProcessEnvironment(environment);
