@@ -18,12 +18,10 @@ public:
     explicit RingMeshData(qint32 segmentCount);
 
     const std::vector<float>& vertices() const { return m_vertices; }
-    qint32 vertexCount() const { return m_vertexCount; }
+    qint32 vertexCount() const { return static_cast<qint32>(m_vertices.size()) / 4; }
 
 private:
-    qint32 m_segments;
     std::vector<float> m_vertices;
-    qint32 m_vertexCount = 0;
 };
 
 } // namespace NELK

@@ -13,7 +13,7 @@ namespace NELK
 void View::slotImageChanged()
 {
     // Before the context is there and after it has gone, initGLObjects will take the image up.
-    if (!glReady)
+    if (!glReady || entityImages->image().isNull())
         return;
     const CurrentContextGuard current(*this);
     uploadEntityAtlas();
@@ -22,7 +22,7 @@ void View::slotImageChanged()
 
 void View::slotWordChanged()
 {
-    if (!glReady)
+    if (!glReady || textImages->image().isNull())
         return;
     const CurrentContextGuard current(*this);
     uploadTextAtlas();
